@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+
+#include <qel.h>
+
+#include <string>
+
+#include "io/test_files.h"
+
+namespace {
+
+using qel_test::TempFile;
+
+// Initialises the library's list reader with a list file holding `text`.
+bool init_with(const TempFile& file, const std::string& text) {
+    qel_test::write_text(file.c_str(), text);
+    return QelSequenceFiles_Initialize(const_cast<char*>(file.c_str()));
+}
+
+std::string line(int index, int size = 64) {
+    std::string buf(static_cast<size_t>(size), 'x');
+    return QelSequenceFiles_GetFileName(index, &buf[0], size) ? std::string(buf.c_str()) : "<false>";
+}
+
+std::string next(int size = 64) {
+    std::string buf(static_cast<size_t>(size), 'x');
+    return QelSequenceFiles_GetNextFileName(&buf[0], size) ? std::string(buf.c_str()) : "<false>";
+}
+
+// Runs first when the whole program runs in one process; under ctest every test has its own.
+TEST(SequenceFiles, GettersFailBeforeAnyInitialize) {
+    EXPECT_EQ(line(0), "<false>");
+    EXPECT_EQ(next(), "<false>");
+}
+
+TEST(SequenceFiles, LinesAreFoundByIndexAndInTurn) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "a.bmp\r\nb.bmp\r\n"));
+    EXPECT_EQ(line(0), "a.bmp");
+    EXPECT_EQ(line(1), "b.bmp");
+    EXPECT_EQ(line(2), "<false>");
+    EXPECT_EQ(line(-1), "<false>");
+    EXPECT_EQ(next(), "a.bmp");
+    EXPECT_EQ(line(0), "a.bmp");  // does not move the cursor
+    EXPECT_EQ(next(), "b.bmp");
+    EXPECT_EQ(next(), "<false>");
+    EXPECT_EQ(next(), "<false>");
+}
+
+TEST(SequenceFiles, LastLineWithoutLineEndIsNeverReturned) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "a.bmp\r\nb.bmp"));
+    EXPECT_EQ(line(1), "<false>");
+    EXPECT_EQ(next(), "a.bmp");
+    EXPECT_EQ(next(), "<false>");
+}
+
+TEST(SequenceFiles, UnixLineEndsAreNotLineEnds) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "a.bmp\nb.bmp\n"));
+    EXPECT_EQ(line(0), "<false>");
+    EXPECT_EQ(next(), "<false>");
+}
+
+TEST(SequenceFiles, TrailingSpacesGoLeadingSpacesAndTabsStay) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "  a b.bmp   \r\nc.bmp\t \r\n   \r\n\r\n"));
+    EXPECT_EQ(line(0), "  a b.bmp");
+    EXPECT_EQ(line(1), "c.bmp\t");
+    EXPECT_EQ(line(2), "");
+    EXPECT_EQ(line(3), "");
+    EXPECT_EQ(line(4), "<false>");
+}
+
+TEST(SequenceFiles, LineNeedsRoomForItsTerminatorAndIsSkippedWhenTooLong) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "abcd\r\nxy\r\n"));
+    EXPECT_EQ(line(0, 4), "<false>");
+    EXPECT_EQ(line(0, 5), "abcd");
+    EXPECT_EQ(next(4), "<false>");
+    EXPECT_EQ(next(4), "xy");  // the long line was skipped
+    EXPECT_EQ(next(4), "<false>");
+}
+
+TEST(SequenceFiles, GetterZeroesTheWholeBufferEvenWhenFailing) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "abcd\r\n"));
+    char buf[4] = {'x', 'x', 'x', 'x'};
+    EXPECT_FALSE(QelSequenceFiles_GetFileName(0, buf, 4));
+    for (char c : buf) EXPECT_EQ(c, '\0');
+    char big[8] = {'x', 'x', 'x', 'x', 'x', 'x', 'x', 'x'};
+    EXPECT_TRUE(QelSequenceFiles_GetFileName(0, big, 8));
+    EXPECT_EQ(std::string(big, 8), std::string("abcd\0\0\0\0", 8));
+}
+
+TEST(SequenceFiles, InitializeRewindsTheCursorAndReusesItsBuffer) {
+    TempFile longer("long.txt"), shorter("short.txt");
+    ASSERT_TRUE(init_with(longer, "first-long-name.bmp\r\nsecond.bmp\r\n"));
+    EXPECT_EQ(next(), "first-long-name.bmp");
+    ASSERT_TRUE(init_with(shorter, "s.bmp\r\n"));
+    EXPECT_EQ(next(), "s.bmp");
+    EXPECT_EQ(line(1), "<false>");  // nothing of the longer list shows through
+    ASSERT_TRUE(init_with(shorter, ""));  // an empty list in an existing buffer reads fine
+    EXPECT_EQ(line(0), "<false>");
+}
+
+TEST(SequenceFiles, FailedInitializeKeepsThePreviousLinesButRewinds) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "a.bmp\r\nb.bmp\r\n"));
+    EXPECT_EQ(next(), "a.bmp");
+    EXPECT_FALSE(QelSequenceFiles_Initialize(const_cast<char*>("/nonexistent-qel-dir/list.txt")));
+    EXPECT_EQ(line(1), "b.bmp");
+    EXPECT_EQ(next(), "a.bmp");
+}
+
+}  // namespace
