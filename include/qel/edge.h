@@ -5,6 +5,98 @@
 #include "qel/base.h"
 
 // ==== Gradient operators ====
+// Responses are absolute values clamped to 255 (two Prewitt members clamp to 250). With the
+// neighbours TL T TR / L R / BL B BR of a pixel, the Sobel responses are
+//   gy = (TL + 2·T + TR) − (BL + 2·B + BR)   (0°, horizontal edges)
+//   gx = (TL + 2·L + BL) − (TR + 2·R + BR)   (90°, vertical edges).
+// `dst` is a separate grey image of the same size; it must not alias `src`.
+
+/// Sobel magnitude min(|gx| + |gy|, 255) on rows 1..height−2, columns 1..width−2; the one-pixel
+/// frame of `dst` is set to 0.
+QEL_API void QelGryImgSobel(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// Horizontal-edge response min(|gy|, 255) inside, one-pixel frame 0.
+QEL_API void QelGryImgSobel0(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// Vertical-edge response min(|gx|, 255) inside, one-pixel frame 0.
+QEL_API void QelGryImgSobel90(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// min(|gy|, 255) where |gy| > |gx| strictly, else 0 (ties give 0); one-pixel frame 0.
+QEL_API void QelGryImgSobel0Just(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// min(|gx|, 255) where |gx| > |gy| strictly, else 0 (ties give 0); one-pixel frame 0.
+QEL_API void QelGryImgSobel90Just(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// Column profile of vertical edges: prjX[0..width−1] is cleared, then every interior pixel with
+/// |gx| > |gy| adds |gx| + |gy| (both magnitudes, unclamped) to prjX[x]; finally prjX[0] takes
+/// prjX[1] and prjX[width−1] takes prjX[width−2]. Sums wrap modulo 2^32 on huge images.
+QEL_API void QelGryImgSobel90JustToPrjX(unsigned char* src, int width, int height, int* prjX);
+
+/// Row profile of vertical edges: prjY[y] (y = 1..height−2) is the sum of |gx| alone over the
+/// interior pixels of row y with |gx| > |gy|; then prjY[0] takes prjY[1] and prjY[height−1] takes
+/// prjY[height−2]. Unlike the column profile, |gy| is not added. With height 2 the two entries
+/// copy each other's incoming values.
+QEL_API void QelGryImgSobel90JustToPrjY(unsigned char* src, int width, int height, int* prjY);
+
+/// Four-pixel row difference min(|p(x−2) + p(x−1) − p(x+1) − p(x+2)|, 255) on rows 2..height−3,
+/// columns 2..width−3; the two-pixel frame is 0.
+QEL_API void QelPrewitt90(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// The same response, written only for rows max(2, y0)..min(height−3, y1) and columns
+/// max(2, x0)..min(width−3, x1) (both ends included); no other pixel of `dst` is touched.
+QEL_API void QelPrewitt90(unsigned char* src, int width, int height, int x0, int x1, int y0, int y1,
+                          unsigned char* dst);
+
+/// 5×5 horizontal-edge box difference: |(rows y−2, y−1) − (rows y+1, y+2)| over columns
+/// x−2..x+2, clamped to 250 (not 255, keeping 251..255 free for marks); two-pixel frame 0.
+QEL_API void QelGradient0ByPrewitt5x5(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// max(h, v) of the four-pixel row difference h and column difference v, each clamped to 250,
+/// on rows 2..height−3, columns 2..width−3; two-pixel frame 0.
+QEL_API void QelGradient5x5ByPrewitt0_90(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// Box difference of the hy rows above against the hy rows below the centre row (centre row left
+/// out), over 2·hx+1 columns, clamped to 255; hx = max(1, halfX), hy = max(1, halfY).
+/// Computed for rows hy..height−hy−2 and columns hx..width−hx−2. Rows 0..hy−1 and
+/// height−hy−1..height−2 are 0, and so are columns 0..hx−1 and width−hx..width−1 of computed
+/// rows; the last row and column width−hx−1 of computed rows keep what `dst` held.
+QEL_API void QelGradientByPrewitt0(unsigned char* src, int width, int height, int halfX, int halfY,
+                                   unsigned char* dst);
+
+/// Transpose of QelGradientByPrewitt0: hx columns left against hx columns right over 2·hy+1 rows,
+/// computed for columns hx..width−hx−2 and rows hy..height−hy−2. Rows 0..hy−1 and
+/// height−hy−1..height−2 are 0; computed columns are also 0 in rows height−hy..height−1. Columns
+/// 0..hx−1 and width−hx−1..width−1 outside those row bands keep what `dst` held.
+QEL_API void QelGradientByPrewitt90(unsigned char* src, int width, int height, int halfX, int halfY,
+                                    unsigned char* dst);
+
+/// Mean of four unnormalised box differences (0°, 90°, 45°, 135°) over a (2·halfX+1)×(2·halfY+1)
+/// window, clamped to 255; the 135° term keeps its value from the previous pixel where its two
+/// halves do not favour the first, and forces 255 when it reaches 255. Rows 0..halfY−1 and
+/// height−halfY..height−1 and columns 0..halfX−1 are 0; columns width−halfX..width−1 of the
+/// other rows keep what `dst` held. Writes nothing when the window area exceeds 16129 or a half
+/// size is negative. Reentrant (its scratch lives per call).
+QEL_API void QelGradientByPrewitt(unsigned char* src, int width, int height, int halfX, int halfY,
+                                  unsigned char* dst);
+
+/// Central-difference gradient max(|dx|, |dy|) with dx = p(x+1, y) − p(x−1, y) and
+/// dy = p(x, y+1) − p(x, y−1) inside; one-pixel frame 0. Combines by maximum, unlike the
+/// masked and RGB members which combine by clamped sum.
+QEL_API void QelRobert(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// min(|dx| + |dy|, 255) where `mask` is non-zero and 0 where it is zero (a null mask selects
+/// every pixel); one-pixel frame 0. `mask` is a grey image of the same size.
+QEL_API void QelRobertByMask(unsigned char* src, unsigned char* mask, int width, int height,
+                             unsigned char* dst);
+
+/// For each channel of a BGR image min(|dx| + |dy|, 255); the grey result is the largest of the
+/// three. One-pixel frame 0.
+QEL_API void QelRobertRGBImage2GryRobert(unsigned char* rgb, int width, int height, unsigned char* dst);
+
+/// The three per-channel values min(|dx| + |dy|, 255) stored as a BGR pixel. The frame is then
+/// cleared with QelSetRGBImageBoundary, whose frame is partial: the outer pixels it misses keep
+/// what `rgbDst` held, and byte width−1 of every row is set to 0 even where it is interior.
+QEL_API void QelRobertRGBImage2RGBRobert(unsigned char* rgb, int width, int height, unsigned char* rgbDst);
 // (end of Gradient operators)
 
 #endif  // QEL_EDGE_H

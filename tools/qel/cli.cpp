@@ -36,6 +36,14 @@ bool parseInt(const std::string& text, int* out) {
     *out = static_cast<int>(v);
     return true;
 }
+// Renames a completely written temporary file onto its final name.
+void moveIntoPlace(const std::string& temp, const std::string& path) {
+    std::remove(path.c_str());
+    if (std::rename(temp.c_str(), path.c_str()) != 0) {
+        std::remove(temp.c_str());
+        throw Failure("cannot write '" + path + "'");
+    }
+}
 }  // namespace
 
 Register::Register(Command command) { registry().push_back(std::move(command)); }
@@ -136,11 +144,7 @@ void writeFile(const std::string& path, const std::vector<unsigned char>& bytes)
             throw Failure("cannot write '" + path + "'");
         }
     }
-    std::remove(path.c_str());
-    if (std::rename(temp.c_str(), path.c_str()) != 0) {
-        std::remove(temp.c_str());
-        throw Failure("cannot write '" + path + "'");
-    }
+    moveIntoPlace(temp, path);
 }
 
 Image loadBmp(const std::string& path) {
@@ -188,11 +192,7 @@ void saveBmp(const Image& image, const std::string& path, bool markColours) {
         std::remove(temp.c_str());
         throw Failure("cannot write '" + path + "'");
     }
-    std::remove(path.c_str());
-    if (std::rename(temp.c_str(), path.c_str()) != 0) {
-        std::remove(temp.c_str());
-        throw Failure("cannot write '" + path + "'");
-    }
+    moveIntoPlace(temp, path);
 }
 
 void progress(const char* what, long done, long total) {

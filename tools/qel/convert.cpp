@@ -72,6 +72,90 @@ void requireEvenSize(Format f, int w, int h, bool toFrame) {
                               " (got " + std::to_string(w) + " x " + std::to_string(h) + ")");
 }
 
+// Converts a whole camera frame to BGR, or to grey (straight from the luma plane).
+cli::Image decodeFrame(Format f, unsigned char* raw, int w, int h, bool grey) {
+    cli::Image img;
+    img.width = w;
+    img.height = h;
+    img.channels = grey ? 1 : 3;
+    img.pixels.resize(static_cast<size_t>(w) * static_cast<size_t>(h) * static_cast<size_t>(img.channels));
+    unsigned char* out = img.pixels.data();
+    if (grey) {
+        switch (f) {
+            case Format::Yuv420P: QelYUV420P2Gry(raw, w, h, out); break;
+            case Format::Yuv420SP: QelYUV420SP2Gry(raw, w, h, out); break;
+            case Format::Yuv422P: QelYUV422P2Gry(raw, w, h, out); break;
+            default: QelCbYCrY2Gry(raw, w, h, out); break;
+        }
+        return img;
+    }
+    bool ok = false;
+    switch (f) {
+        case Format::Yuv420P: ok = QelYUV420P2RGB(raw, w, h, out); break;
+        case Format::Yuv420SP: ok = QelYUV420SP2RGB(raw, w, h, out); break;
+        case Format::Yuv422P: ok = QelYUV422P2RGB(raw, w, h, out); break;
+        default: ok = QelCbYCrY2RGB(raw, w, h, out); break;
+    }
+    if (!ok) throw cli::UsageError(std::string(formatName(f)) + " frame size refused");
+    return img;
+}
+
+// Copies rectangle x1,x2,y1,y2 of a camera frame out as BGR or grey, through the library's rectangle copies.
+cli::Image cropFrame(Format f, unsigned char* frame, int w, int h, const std::vector<int>& r, bool grey) {
+    cli::Image img;
+    img.width = r[1] - r[0] + 1;
+    img.height = r[3] - r[2] + 1;
+    img.channels = grey ? 1 : 3;
+    img.pixels.resize(static_cast<size_t>(img.width) * static_cast<size_t>(img.height) * static_cast<size_t>(img.channels));
+    unsigned char* out = img.pixels.data();
+    if (grey) {
+        switch (f) {
+            case Format::Yuv420P: QelCopyYUV420PRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
+            case Format::Yuv420SP: QelCopyYUV420SPRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
+            case Format::Yuv422P: QelCopyYUV422PRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
+            default: QelCopyCbYCrYRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
+        }
+        return img;
+    }
+    bool ok = false;
+    const char* rule = "";
+    switch (f) {
+        case Format::Yuv420P:
+            ok = QelCopyYUV420PRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
+            rule = "an even x1 and y1 and an even rectangle width and height";
+            break;
+        case Format::Yuv420SP:
+            ok = QelCopyYUV420SPRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
+            rule = "an even x1 and y1 and an even rectangle width and height";
+            break;
+        case Format::Yuv422P:
+            ok = QelCopyYUV422PRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
+            rule = "an even x1 and an even rectangle width";
+            break;
+        default:
+            ok = QelCopyCbYCrYRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
+            rule = "an even x1 and an even rectangle width";
+            break;
+    }
+    if (!ok) throw cli::UsageError(std::string("a colour rectangle of a ") + formatName(f) + " frame needs " + rule);
+    return img;
+}
+
+// Copies rectangle x1,x2,y1,y2 of a BMP image.
+cli::Image cropImage(const cli::Image& src, const std::vector<int>& r) {
+    cli::Image img;
+    img.width = r[1] - r[0] + 1;
+    img.height = r[3] - r[2] + 1;
+    img.channels = src.channels;
+    const size_t rowBytes = static_cast<size_t>(img.width) * static_cast<size_t>(img.channels);
+    img.pixels.resize(rowBytes * static_cast<size_t>(img.height));
+    for (int y = 0; y < img.height; ++y) {
+        const size_t from = (static_cast<size_t>(r[2] + y) * static_cast<size_t>(src.width) + static_cast<size_t>(r[0])) * static_cast<size_t>(src.channels);
+        std::copy_n(src.pixels.begin() + static_cast<std::ptrdiff_t>(from), rowBytes, img.pixels.begin() + static_cast<std::ptrdiff_t>(rowBytes * static_cast<size_t>(y)));
+    }
+    return img;
+}
+
 // ---- qel info -------------------------------------------------------------------------------
 int runInfo(const cli::Args& args) {
     args.expectPositional(1);
@@ -124,7 +208,17 @@ int runConvert(const cli::Args& args) {
     if (args.has("to")) to = parseFormat(args.value("to"));
     else if (!formatFromExtension(out, &to)) to = Format::Bmp;
 
-    // Load into colour (BGR) or grey.
+    // Optional rectangle x1,x2,y1,y2 (both ends included), checked against the image once its size is known.
+    std::vector<int> rect;
+    if (args.has("rect")) rect = args.integers("rect", 4);
+    auto checkRect = [&](int w, int h) {
+        if (rect.empty()) return;
+        if (rect[0] < 0 || rect[2] < 0 || rect[0] > rect[1] || rect[2] > rect[3] || rect[1] >= w || rect[3] >= h)
+            throw cli::UsageError("--rect " + args.value("rect") + " is not inside the " + std::to_string(w) + " x " +
+                                  std::to_string(h) + " image (want x1<=x2<width, y1<=y2<height)");
+    };
+
+    // Load into colour (BGR) or grey; a camera frame is cropped while it is converted.
     cli::Image img;
     if (isFrame(from)) {
         if (!args.has("width") || !args.has("height"))
@@ -138,33 +232,14 @@ int runConvert(const cli::Args& args) {
             throw cli::UsageError("size mismatch: a " + std::to_string(w) + " x " + std::to_string(h) + " " + formatName(from) +
                                   " frame has " + std::to_string(need) + " bytes, '" + in + "' has " + std::to_string(raw.size()));
         requireEvenSize(from, w, h, false);
-        img.width = w;
-        img.height = h;
-        if (to == Format::Grey) {
-            // Grey straight from the luma plane.
-            img.channels = 1;
-            img.pixels.resize(static_cast<size_t>(w) * static_cast<size_t>(h));
-            switch (from) {
-                case Format::Yuv420P: QelYUV420P2Gry(raw.data(), w, h, img.pixels.data()); break;
-                case Format::Yuv420SP: QelYUV420SP2Gry(raw.data(), w, h, img.pixels.data()); break;
-                case Format::Yuv422P: QelYUV422P2Gry(raw.data(), w, h, img.pixels.data()); break;
-                default: QelCbYCrY2Gry(raw.data(), w, h, img.pixels.data()); break;
-            }
-        } else {
-            img.channels = 3;
-            img.pixels.resize(static_cast<size_t>(w) * static_cast<size_t>(h) * 3);
-            bool ok = false;
-            switch (from) {
-                case Format::Yuv420P: ok = QelYUV420P2RGB(raw.data(), w, h, img.pixels.data()); break;
-                case Format::Yuv420SP: ok = QelYUV420SP2RGB(raw.data(), w, h, img.pixels.data()); break;
-                case Format::Yuv422P: ok = QelYUV422P2RGB(raw.data(), w, h, img.pixels.data()); break;
-                default: ok = QelCbYCrY2RGB(raw.data(), w, h, img.pixels.data()); break;
-            }
-            if (!ok) throw cli::UsageError(std::string(formatName(from)) + " frame size refused");
-        }
+        checkRect(w, h);
+        img = rect.empty() ? decodeFrame(from, raw.data(), w, h, to == Format::Grey)
+                           : cropFrame(from, raw.data(), w, h, rect, to == Format::Grey);
     } else {
         if (args.has("width") || args.has("height")) throw cli::UsageError("--width/--height are for raw camera frames; a BMP carries its own size");
         img = cli::loadBmp(in);
+        checkRect(img.width, img.height);
+        if (!rect.empty()) img = cropImage(img, rect);
     }
 
     const int w = img.width;
@@ -213,7 +288,7 @@ const cli::Register info({"info", "size, depth and palette of a BMP file",
                           {}, runInfo});
 
 const cli::Register convert({"convert", "convert between BMP (colour or grey) and raw camera frames",
-                             "usage: qel convert IN OUT [--from FMT] [--to FMT] [--width W --height H]\n\n"
+                             "usage: qel convert IN OUT [--from FMT] [--to FMT] [--width W --height H] [--rect x1,x2,y1,y2]\n\n"
                              "Formats: rgb (24-bit BMP), grey (8-bit BMP), yuv420p, yuv420sp, yuv422p, cbycry\n"
                              "(raw frames, no header). Formats are taken from the file extensions\n"
                              "(.bmp, .yuv420p, .yuv420sp, .yuv422p, .cbycry) unless --from/--to say otherwise;\n"
@@ -221,13 +296,17 @@ const cli::Register convert({"convert", "convert between BMP (colour or grey) an
                              "  --from FMT       format of a raw input frame\n"
                              "  --to FMT         output format\n"
                              "  --width W        width of a raw input frame (required for raw input)\n"
-                             "  --height H       height of a raw input frame (required for raw input)\n\n"
+                             "  --height H       height of a raw input frame (required for raw input)\n"
+                             "  --rect x1,x2,y1,y2  copy only this rectangle (left, right, top, bottom, ends\n"
+                             "                   included); a camera frame is cropped by the library's\n"
+                             "                   rectangle copies, which want even colour rectangles\n\n"
                              "YUV420P/YUV420SP need even width and height; YUV422P and CbYCrY need an even\n"
                              "width (writing YUV422P also needs an even height).\n"
                              "Examples:\n"
                              "  qel convert photo.bmp photo.yuv420p\n"
                              "  qel convert photo.yuv420p back.bmp --width 512 --height 512\n"
-                             "  qel convert photo.bmp grey.bmp --to grey\n",
+                             "  qel convert photo.bmp grey.bmp --to grey\n"
+                             "  qel convert frame.yuv420p face.bmp --width 512 --height 512 --rect 200,327,100,227\n",
                              {"from", "to", "width", "height", "rect"}, runConvert});
 
 }  // namespace

@@ -1,0 +1,73 @@
+// qel edges: gradient images (Sobel, Prewitt, Roberts) of a grey image.
+#include "cli.h"
+
+#include <qel.h>
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+
+namespace {
+
+constexpr int kPrewittHalf = 1;  // the four-direction Prewitt gradient over a 3 × 3 window
+
+using GradientOperator = void (*)(unsigned char*, int, int, unsigned char*);
+
+void prewitt3x3(unsigned char* src, int width, int height, unsigned char* dst) {
+    QelGradientByPrewitt(src, width, height, kPrewittHalf, kPrewittHalf, dst);
+}
+
+struct OperatorFlag {
+    const char* flag;
+    GradientOperator run;
+};
+constexpr OperatorFlag kOperators[] = {
+    {"sobel", QelGryImgSobel}, {"sobel0", QelGryImgSobel0}, {"sobel90", QelGryImgSobel90},
+    {"prewitt", prewitt3x3},   {"roberts", QelRobert},
+};
+
+GradientOperator chooseOperator(const cli::Args& args) {
+    int given = 0;
+    GradientOperator chosen = nullptr;
+    for (const auto& o : kOperators) {
+        if (args.flag(o.flag)) {
+            ++given;
+            chosen = o.run;
+        }
+    }
+    if (given != 1) throw cli::UsageError("give exactly one of --sobel, --sobel0, --sobel90, --prewitt and --roberts");
+    return chosen;
+}
+
+int runEdges(const cli::Args& args) {
+    args.expectPositional(2);
+    const GradientOperator op = chooseOperator(args);
+    const std::string in = args.positional()[0];
+    const std::string out = args.positional()[1];
+    bool converted = false;
+    cli::Image img = cli::loadGreyBmp(in, &converted);
+    if (converted) std::cout << in << ": colour input converted to grey\n";
+    if (img.width < 3 || img.height < 3)
+        throw cli::UsageError("'" + in + "' is " + std::to_string(img.width) + " x " + std::to_string(img.height) +
+                              "; the gradient operators need at least 3 x 3 pixels");
+    cli::Image result = img;
+    std::fill(result.pixels.begin(), result.pixels.end(), 0);  // pixels an operator leaves alone read 0
+    op(img.pixels.data(), img.width, img.height, result.pixels.data());
+    cli::saveBmp(result, out);
+    return 0;
+}
+
+const cli::Register edges({"edges", "gradient image (Sobel, Prewitt or Roberts) of a grey image",
+    "usage: qel edges IN.bmp OUT.bmp (--sobel | --sobel0 | --sobel90 | --prewitt | --roberts)\n"
+    "\n"
+    "Writes the gradient magnitude of IN as an 8-bit grey BMP. Colour input is converted to grey\n"
+    "first, and the tool says so. Give exactly one operator:\n"
+    "  --sobel     3 x 3 Sobel, min(|gx| + |gy|, 255)\n"
+    "  --sobel0    horizontal edges only, min(|gy|, 255)\n"
+    "  --sobel90   vertical edges only, min(|gx|, 255)\n"
+    "  --prewitt   mean of the 0, 45, 90 and 135 degree Prewitt box differences over 3 x 3\n"
+    "  --roberts   central differences, max(|dx|, |dy|)\n"
+    "The one-pixel frame of OUT is 0.\n",
+    {}, runEdges});
+
+}  // namespace
