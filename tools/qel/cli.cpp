@@ -3,6 +3,7 @@
 
 #include <qel.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -49,7 +50,8 @@ void moveIntoPlace(const std::string& temp, const std::string& path) {
 Register::Register(Command command) { registry().push_back(std::move(command)); }
 const std::vector<Command>& commands() { return registry(); }
 
-Args::Args(std::vector<std::string> words, const std::vector<std::string>& valueOptions) {
+Args::Args(std::vector<std::string> words, const std::vector<std::string>& valueOptions,
+           const std::vector<std::string>& knownFlags) {
     for (size_t i = 0; i < words.size(); ++i) {
         const std::string& w = words[i];
         if (w.size() > 2 && w.compare(0, 2, "--") == 0) {
@@ -61,8 +63,7 @@ Args::Args(std::vector<std::string> words, const std::vector<std::string>& value
                 name = name.substr(0, eq);
                 hasInline = true;
             }
-            bool takesValue = false;
-            for (const auto& v : valueOptions) takesValue = takesValue || v == name;
+            const bool takesValue = std::find(valueOptions.begin(), valueOptions.end(), name) != valueOptions.end();
             if (takesValue) {
                 if (hasInline) {
                     values_[name] = inlineValue;
@@ -71,6 +72,8 @@ Args::Args(std::vector<std::string> words, const std::vector<std::string>& value
                     values_[name] = words[++i];
                 }
             } else {
+                if (std::find(knownFlags.begin(), knownFlags.end(), name) == knownFlags.end())
+                    throw UsageError("unknown option --" + name + " (see --help)");
                 if (hasInline) throw UsageError("option --" + name + " takes no value");
                 flags_.push_back(name);
             }
@@ -210,7 +213,15 @@ void printOverview() {
     std::cout << "qel - machine-vision image processing on BMP files and camera frames\n\n"
                  "usage: qel <command> [arguments] [--options]\n"
                  "       qel <command> --help\n\ncommands:\n";
-    for (const auto& c : cli::commands()) {
+    // Files and formats first, then the operations alphabetically.
+    std::vector<const cli::Command*> sorted;
+    for (const auto& c : cli::commands()) sorted.push_back(&c);
+    auto rank = [](const cli::Command* c) { return std::string(c->name) == "info" ? 0 : std::string(c->name) == "convert" ? 1 : 2; };
+    std::sort(sorted.begin(), sorted.end(), [&](const cli::Command* a, const cli::Command* b) {
+        return rank(a) != rank(b) ? rank(a) < rank(b) : std::string(a->name) < std::string(b->name);
+    });
+    for (const cli::Command* cp : sorted) {
+        const cli::Command& c = *cp;
         std::string name = c.name;
         name.resize(12, ' ');
         std::cout << "  " << name << c.summary << "\n";
@@ -239,7 +250,7 @@ int main(int argc, char** argv) {
             }
         }
         try {
-            return c.run(cli::Args(words, c.valueOptions));
+            return c.run(cli::Args(words, c.valueOptions, c.flags));
         } catch (const cli::UsageError& e) {
             std::cerr << "qel " << name << ": " << e.what() << "\n";
             return 2;

@@ -23,7 +23,8 @@ struct Failure : std::runtime_error {
 // next word as its value, as the command's option list says).
 class Args {
 public:
-    Args(std::vector<std::string> words, const std::vector<std::string>& valueOptions);
+    Args(std::vector<std::string> words, const std::vector<std::string>& valueOptions,
+         const std::vector<std::string>& knownFlags);
     const std::vector<std::string>& positional() const { return positional_; }
     bool flag(const std::string& name) const;                     // --name given
     bool has(const std::string& name) const;                      // --name VALUE given
@@ -45,6 +46,7 @@ struct Command {
     const char* usage;                          // full --help text
     std::vector<std::string> valueOptions;      // options that take a value
     int (*run)(const Args&);
+    std::vector<std::string> flags = {};        // options that take no value; any other option is refused
 };
 
 // Registers a command from a static object in its group file.

@@ -68,6 +68,6 @@ const cli::Register edges({"edges", "gradient image (Sobel, Prewitt or Roberts) 
     "  --prewitt   mean of the 0, 45, 90 and 135 degree Prewitt box differences over 3 x 3\n"
     "  --roberts   central differences, max(|dx|, |dy|)\n"
     "The one-pixel frame of OUT is 0.\n",
-    {}, runEdges});
+    {}, runEdges, {"sobel", "sobel0", "sobel90", "prewitt", "roberts"}});
 
 }  // namespace

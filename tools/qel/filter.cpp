@@ -120,6 +120,6 @@ const cli::Register filter({"filter", "box, median, minimum, maximum or edge-pre
     "  --zed     pulls each pixel toward neighbours within T grey levels, fading out at 3T\n"
     "            (--threshold T, default 10; the outer ring of pixels is copied unchanged)\n"
     "The window must fit inside the image.\n",
-    {"radius", "threshold"}, runFilter});
+    {"radius", "threshold"}, runFilter, {"box", "median", "min", "max", "zed"}});
 
 }  // namespace

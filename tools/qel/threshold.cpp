@@ -130,7 +130,7 @@ const cli::Register threshold({"threshold", "binarise a grey image (Otsu, bright
                                "  qel threshold photo.bmp mask.bmp\n"
                                "  qel threshold photo.bmp bright.bmp --ratio 0.05\n"
                                "  qel threshold photo.bmp mask.bmp --value 128\n",
-                               {"ratio", "value"}, runThreshold});
+                               {"ratio", "value"}, runThreshold, {"otsu"}});
 
 const cli::Register histogram({"histogram", "grey-level statistics of an image, optionally plotted",
                                "usage: qel histogram IN.bmp [--plot OUT.bmp [--plot-width W] [--plot-height H]]\n\n"
