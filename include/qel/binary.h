@@ -135,8 +135,9 @@ QEL_API void QelBinImgMedFilter(unsigned char* image, int width, int height, int
 
 /// Zhang–Suen thinning of the non-zero pixels into out (255 skeleton on 0), followed by a clean-up
 /// that removes staircase corners. The outer rows and columns become 0; the image is not written;
-/// work is a caller buffer of the image's size. Returns the number of passes, the final
-/// deletion-free one included (an empty image gives 1).
+/// work is a caller buffer of the image's size and ends holding the skeleton as 0/1 before the
+/// clean-up. Returns the number of passes, the final deletion-free one included (an empty image
+/// gives 1).
 QEL_API int QelBinImgThin(unsigned char* image, unsigned char* work, int width, int height, unsigned char* out);
 
 /// Fills holes from the nearest object pixel: out is 0 where mask is 0 and the image elsewhere; a
