@@ -2,53 +2,37 @@
 // 1920 x 1080 grey frame.
 #include <qel.h>
 
-#include <benchmark/benchmark.h>
+#include "bench_images.h"
 
-#include <random>
 #include <vector>
 
 namespace {
 
-constexpr int kWidth = 1920;
-constexpr int kHeight = 1080;
-
-std::vector<unsigned char> frame() {
-    std::mt19937 rng(2024);
-    std::vector<unsigned char> img(static_cast<size_t>(kWidth) * kHeight);
-    // A smooth gradient with noise: closer to camera images than pure noise.
-    for (int y = 0; y < kHeight; ++y)
-        for (int x = 0; x < kWidth; ++x)
-            img[static_cast<size_t>(y) * kWidth + x] = static_cast<unsigned char>((x + y) / 12 + (rng() % 32));
-    return img;
-}
-
-void setPixels(benchmark::State& state) {
-    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * kWidth * kHeight);
-}
+using bench::kHeight;
+using bench::kWidth;
 
 template <void (*Gradient)(unsigned char*, int, int, unsigned char*)>
 void BM_Gradient(benchmark::State& state) {
-    std::vector<unsigned char> src = frame();
-    std::vector<unsigned char> dst(src.size());
+    std::vector<unsigned char> src = bench::frame(), dst(src.size());
     for (auto _ : state) {
         Gradient(src.data(), kWidth, kHeight, dst.data());
         benchmark::DoNotOptimize(dst.data());
     }
-    setPixels(state);
+    bench::set_pixels_processed(state);
 }
 BENCHMARK_TEMPLATE(BM_Gradient, QelGryImgSobel)->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(BM_Gradient, QelGryImgSobel90Just)->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(BM_Gradient, QelRobert)->Unit(benchmark::kMillisecond);
 
+// Argument: the half size; the running box sums keep the cost flat as it grows.
 void BM_GradientByPrewitt0(benchmark::State& state) {
-    std::vector<unsigned char> src = frame();
-    std::vector<unsigned char> dst(src.size());
+    std::vector<unsigned char> src = bench::frame(), dst(src.size());
     const int half = static_cast<int>(state.range(0));
     for (auto _ : state) {
         QelGradientByPrewitt0(src.data(), kWidth, kHeight, half, half, dst.data());
         benchmark::DoNotOptimize(dst.data());
     }
-    setPixels(state);
+    bench::set_pixels_processed(state);
 }
 BENCHMARK(BM_GradientByPrewitt0)->Arg(1)->Arg(15)->Unit(benchmark::kMillisecond);
 

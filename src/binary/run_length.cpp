@@ -24,6 +24,14 @@ void count_runs(const unsigned char* image, const Lines& lines, InRun inRun, int
     }
 }
 
+// Deletion tests are strict: shorter means length < minimum, longer means length > maximum.
+auto shorter_than(int minLength) {
+    return [minLength](int length) { return length < minLength; };
+}
+auto longer_than(int maxLength) {
+    return [maxLength](int length) { return length > maxLength; };
+}
+
 // Overwrites with `fill` every run for which doomed(length) holds.
 template <class InRun, class Doomed>
 void delete_runs(unsigned char* image, const Lines& lines, RunBounds b, InRun inRun, Doomed doomed,
@@ -107,20 +115,19 @@ int QelRLYWhiteCount(unsigned char* image, int width, int height, int x1, int x2
 
 void QelRLXWhiteDeleteShort(unsigned char* image, int width, int height, int minLength, int fill) {
     qel::delete_runs(image, rows_of(width, height), qel::row_bounds(width), qel::is_white,
-                     [minLength](int length) { return length < minLength; }, static_cast<unsigned char>(fill));
+                     qel::shorter_than(minLength), static_cast<unsigned char>(fill));
 }
 
 void QelRLXWhiteDeleteLong(unsigned char* image, int width, int height, int maxLength, unsigned char fill) {
     qel::delete_runs(image, rows_of(width, height), qel::row_bounds(width), qel::is_white,
-                     [maxLength](int length) { return length > maxLength; }, fill);
+                     qel::longer_than(maxLength), fill);
 }
 
 // Black runs are looked for only from column 1 to width−2; column 0 never starts one and the last
 // column only ends one.
 void QelRLXBlackDeleteShort(unsigned char* image, int width, int height, int minLength, int fill) {
-    const qel::RunBounds inner{1, width - 1, width - 1};
-    qel::delete_runs(image, rows_of(width, height), inner, qel::is_black,
-                     [minLength](int length) { return length < minLength; }, static_cast<unsigned char>(fill));
+    qel::delete_runs(image, rows_of(width, height), qel::inner_bounds(width), qel::is_black,
+                     qel::shorter_than(minLength), static_cast<unsigned char>(fill));
 }
 
 void QelRLYWhiteDeleteShort(unsigned char* image, int width, int height, int minLength, int fill) {
@@ -130,12 +137,12 @@ void QelRLYWhiteDeleteShort(unsigned char* image, int width, int height, int min
         return;
     }
     qel::delete_runs(image, columns_of(width, height), qel::column_bounds(height), qel::is_white,
-                     [minLength](int length) { return length < minLength; }, static_cast<unsigned char>(fill));
+                     qel::shorter_than(minLength), static_cast<unsigned char>(fill));
 }
 
 void QelRLYWhiteDeleteLong(unsigned char* image, int width, int height, int maxLength, int fill) {
     qel::delete_runs(image, columns_of(width, height), qel::column_bounds(height), qel::is_white,
-                     [maxLength](int length) { return length > maxLength; }, static_cast<unsigned char>(fill));
+                     qel::longer_than(maxLength), static_cast<unsigned char>(fill));
 }
 
 void QelRLYWhiteDeleteIsolated(unsigned char* image, int width, int height, int fill) {
@@ -151,7 +158,7 @@ void QelRLYWhiteDeleteIsolated(unsigned char* image, int width, int height, int 
 }
 
 void QelRLXWhiteLong(unsigned char* image, int width, int height, int minTop, int minBottom, unsigned char* out) {
-    const qel::RunBounds inner{1, width - 1, width - 1};  // searched in columns 1..width−2, cut at width−1
+    const qel::RunBounds inner = qel::inner_bounds(width);  // searched in columns 1..width−2, cut at width−1
     for (int y = 1; y < height - 1; ++y) {
         const int64_t required = minTop + static_cast<int64_t>(minBottom - minTop) * y / (height - 1);
         const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(y) * width;
@@ -167,9 +174,8 @@ void QelRLYWhiteShort(unsigned char* grey, int width, int height, int threshold,
     const qel::RunBounds b = qel::column_bounds(height);
     for (int x = 0; x < width; ++x) {
         unsigned char* outColumn = columns.line(out, x);
-        qel::for_each_run(columns.line(grey, x), columns.step, b,
-                          [threshold](unsigned char p) { return p >= threshold; }, [&](int s, int e) {
-                              if (e - s <= maxLength) qel::fill_run(outColumn, columns.step, s, e, qel::kWhite);
-                          });
+        qel::for_each_run(columns.line(grey, x), columns.step, b, qel::at_least(threshold), [&](int s, int e) {
+            if (e - s <= maxLength) qel::fill_run(outColumn, columns.step, s, e, qel::kWhite);
+        });
     }
 }

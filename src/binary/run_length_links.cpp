@@ -148,7 +148,7 @@ bool QelRLYWhiteShortAndRLXWhiteLong(unsigned char* grey, unsigned char* work, i
         if (x < width - 1) {  // the last column is never scanned
             unsigned char* workColumn = columns.line(work, x);
             qel::for_each_run(columns.line(grey, x), columns.step, qel::column_bounds(height),
-                              [threshold](unsigned char p) { return p >= threshold; }, [&](int s, int e) {
+                              qel::at_least(threshold), [&](int s, int e) {
                                   if (e - s > maxVertical) return;
                                   qel::fill_run(workColumn, columns.step, s, e, qel::kWhite);
                                   current[2 * currentCount] = s;

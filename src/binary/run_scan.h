@@ -35,6 +35,8 @@ struct RunBounds {
 inline RunBounds row_bounds(int n) { return {0, n, n - 1}; }
 // Columns measure the last run in full.
 inline RunBounds column_bounds(int n) { return {0, n, n}; }
+// Starts searched in 1..n−2 only, and a run cut at n−1: neither end pixel of the line is in a run.
+inline RunBounds inner_bounds(int n) { return {1, n - 1, n - 1}; }
 inline RunBounds bounds_for(const Lines& lines) {
     return lines.rows ? row_bounds(lines.length) : column_bounds(lines.length);
 }
@@ -64,6 +66,10 @@ inline void fill_run(unsigned char* line, std::ptrdiff_t step, int s, int e, uns
 
 inline bool is_white(unsigned char p) { return p != 0; }
 inline bool is_black(unsigned char p) { return p == 0; }
+// Bright pixels: grey level at or above `threshold`.
+inline auto at_least(int threshold) {
+    return [threshold](unsigned char p) { return p >= threshold; };
+}
 
 }  // namespace qel
 

@@ -17,13 +17,6 @@ constexpr int kMaxWindowArea = 16129;   // window limit of the four-direction gr
 
 inline unsigned char clamp_to(int64_t v, int hi) { return static_cast<unsigned char>(v < hi ? v : hi); }
 
-// Sets rows y0..y1 (clipped to the image) to 0.
-void zero_rows(unsigned char* dst, int width, int height, int y0, int y1) {
-    y0 = std::max(y0, 0);
-    y1 = std::min(y1, height - 1);
-    for (int y = y0; y <= y1; ++y) std::fill_n(dst + static_cast<std::ptrdiff_t>(y) * width, width, 0);
-}
-
 // Sets columns x0..x1 of rows y0..y1 (all clipped to the image) to 0.
 void zero_block(unsigned char* dst, int width, int height, int x0, int x1, int y0, int y1) {
     x0 = std::max(x0, 0);
@@ -33,6 +26,33 @@ void zero_block(unsigned char* dst, int width, int height, int x0, int x1, int y
     if (x0 > x1) return;
     for (int y = y0; y <= y1; ++y) std::fill(dst + static_cast<std::ptrdiff_t>(y) * width + x0,
                                              dst + static_cast<std::ptrdiff_t>(y) * width + x1 + 1, 0);
+}
+
+// Sets rows y0..y1 (clipped to the image) to 0.
+void zero_rows(unsigned char* dst, int width, int height, int y0, int y1) {
+    zero_block(dst, width, height, 0, width - 1, y0, y1);
+}
+
+// Sets the outer `frame` rows and columns to 0.
+void zero_frame(unsigned char* dst, int width, int height, int frame) {
+    zero_rows(dst, width, height, 0, frame - 1);
+    zero_rows(dst, width, height, height - frame, height - 1);
+    zero_block(dst, width, height, 0, frame - 1, frame, height - frame - 1);
+    zero_block(dst, width, height, width - frame, width - 1, frame, height - frame - 1);
+}
+
+// Half sizes of the two box differences (below 1 they count as 1), after clearing the row bands both
+// members share: the top hy rows and rows height−hy−1 .. height−2. The bottom band starts one row
+// early and the last row is never written; both offsets are intended and callers see them.
+struct BoxHalves {
+    int hx, hy;
+};
+
+BoxHalves clear_box_bands(unsigned char* dst, int width, int height, int halfX, int halfY) {
+    const BoxHalves h{std::max(1, halfX), std::max(1, halfY)};
+    zero_rows(dst, width, height, 0, h.hy - 1);
+    zero_rows(dst, width, height, height - h.hy - 1, height - 2);
+    return h;
 }
 
 // |p(x−2) + p(x−1) − p(x+1) − p(x+2)| of one row at column x.
@@ -151,10 +171,7 @@ DirectionMasks direction_masks(int halfX, int halfY) {
 
 void QelPrewitt90(unsigned char* src, int width, int height, unsigned char* dst) {
     using qel::kFixedFrame;
-    qel::zero_rows(dst, width, height, 0, kFixedFrame - 1);
-    qel::zero_rows(dst, width, height, height - kFixedFrame, height - 1);
-    qel::zero_block(dst, width, height, 0, kFixedFrame - 1, kFixedFrame, height - kFixedFrame - 1);
-    qel::zero_block(dst, width, height, width - kFixedFrame, width - 1, kFixedFrame, height - kFixedFrame - 1);
+    qel::zero_frame(dst, width, height, kFixedFrame);
     qel::prewitt90_rect(src, width, kFixedFrame, width - kFixedFrame - 1, kFixedFrame, height - kFixedFrame - 1, dst);
 }
 
@@ -166,10 +183,7 @@ void QelPrewitt90(unsigned char* src, int width, int height, int x0, int x1, int
 
 void QelGradient0ByPrewitt5x5(unsigned char* src, int width, int height, unsigned char* dst) {
     using qel::kFixedFrame;
-    qel::zero_rows(dst, width, height, 0, kFixedFrame - 1);
-    qel::zero_rows(dst, width, height, height - kFixedFrame, height - 1);
-    qel::zero_block(dst, width, height, 0, kFixedFrame - 1, kFixedFrame, height - kFixedFrame - 1);
-    qel::zero_block(dst, width, height, width - kFixedFrame, width - 1, kFixedFrame, height - kFixedFrame - 1);
+    qel::zero_frame(dst, width, height, kFixedFrame);
     // two rows above against two rows below, over five columns; clamped at 250, not 255
     qel::separable_difference(src, width, kFixedFrame, qel::Profile::kBox, kFixedFrame, qel::Profile::kSplit,
                               kFixedFrame, width - kFixedFrame - 1, kFixedFrame, height - kFixedFrame - 1,
@@ -178,10 +192,7 @@ void QelGradient0ByPrewitt5x5(unsigned char* src, int width, int height, unsigne
 
 void QelGradient5x5ByPrewitt0_90(unsigned char* src, int width, int height, unsigned char* dst) {
     using qel::kFixedFrame;
-    qel::zero_rows(dst, width, height, 0, kFixedFrame - 1);
-    qel::zero_rows(dst, width, height, height - kFixedFrame, height - 1);
-    qel::zero_block(dst, width, height, 0, kFixedFrame - 1, kFixedFrame, height - kFixedFrame - 1);
-    qel::zero_block(dst, width, height, width - kFixedFrame, width - 1, kFixedFrame, height - kFixedFrame - 1);
+    qel::zero_frame(dst, width, height, kFixedFrame);
     for (int y = kFixedFrame; y < height - kFixedFrame; ++y) {
         const unsigned char* row = src + static_cast<std::ptrdiff_t>(y) * width;
         unsigned char* out = dst + static_cast<std::ptrdiff_t>(y) * width;
@@ -195,13 +206,9 @@ void QelGradient5x5ByPrewitt0_90(unsigned char* src, int width, int height, unsi
     }
 }
 
-// The bottom band starts one row early (rows height−hy−1 .. height−2) and the last row is never
-// written; the last computed column is width−hx−2. Both offsets are intended and callers see them.
+// The last computed column is width−hx−2: column width−hx−1 is cleared but never computed. Intended.
 void QelGradientByPrewitt0(unsigned char* src, int width, int height, int halfX, int halfY, unsigned char* dst) {
-    const int hx = std::max(1, halfX);
-    const int hy = std::max(1, halfY);
-    qel::zero_rows(dst, width, height, 0, hy - 1);
-    qel::zero_rows(dst, width, height, height - hy - 1, height - 2);
+    const auto [hx, hy] = qel::clear_box_bands(dst, width, height, halfX, halfY);
     const int y0 = hy, y1 = height - hy - 2;
     qel::zero_block(dst, width, height, 0, hx - 1, y0, y1);
     qel::zero_block(dst, width, height, width - hx, width - 1, y0, y1);
@@ -209,13 +216,10 @@ void QelGradientByPrewitt0(unsigned char* src, int width, int height, int halfX,
                               hx, width - hx - 2, y0, y1, qel::kMaxGrey, dst);
 }
 
-// Same bands as the 0° member; the outer columns are written only inside those bands, and the
-// computed columns are also cleared in the last hy rows.
+// The outer columns are written only inside the shared bands, and the computed columns are also
+// cleared in the last hy rows.
 void QelGradientByPrewitt90(unsigned char* src, int width, int height, int halfX, int halfY, unsigned char* dst) {
-    const int hx = std::max(1, halfX);
-    const int hy = std::max(1, halfY);
-    qel::zero_rows(dst, width, height, 0, hy - 1);
-    qel::zero_rows(dst, width, height, height - hy - 1, height - 2);
+    const auto [hx, hy] = qel::clear_box_bands(dst, width, height, halfX, halfY);
     const int x0 = hx, x1 = width - hx - 2;
     qel::zero_block(dst, width, height, x0, x1, height - hy, height - 1);
     qel::separable_difference(src, width, hx, qel::Profile::kSplit, hy, qel::Profile::kBox,

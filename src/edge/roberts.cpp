@@ -32,6 +32,18 @@ void for_each_interior(const unsigned char* src, int width, int height, int chan
     }
 }
 
+// Calls visit(pixel index y·width+x, g) for every interior BGR pixel, g holding the clamped sum of
+// each of its three channels.
+template <class Visit>
+void for_each_bgr_interior(const unsigned char* rgb, int width, int height, Visit visit) {
+    const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(width) * kBgr;
+    for_each_interior(rgb, width, height, kBgr, [=](const unsigned char* p, int x, int y) {
+        int g[kBgr];
+        for (int c = 0; c < kBgr; ++c) g[c] = clamped_sum(p + c, kBgr, stride);
+        visit(static_cast<std::ptrdiff_t>(y) * width + x, g);
+    });
+}
+
 }  // namespace
 }  // namespace qel
 
@@ -52,11 +64,8 @@ void QelRobertByMask(unsigned char* src, unsigned char* mask, int width, int hei
 }
 
 void QelRobertRGBImage2GryRobert(unsigned char* rgb, int width, int height, unsigned char* dst) {
-    const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(width) * qel::kBgr;
-    qel::for_each_interior(rgb, width, height, qel::kBgr, [=](const unsigned char* p, int x, int y) {
-        int best = 0;
-        for (int c = 0; c < qel::kBgr; ++c) best = std::max(best, qel::clamped_sum(p + c, qel::kBgr, stride));
-        dst[static_cast<std::ptrdiff_t>(y) * width + x] = static_cast<unsigned char>(best);
+    qel::for_each_bgr_interior(rgb, width, height, [dst](std::ptrdiff_t i, const int* g) {
+        dst[i] = static_cast<unsigned char>(std::max({g[0], g[1], g[2]}));
     });
     QelSetImageBoundary(dst, width, height, 0);
 }
@@ -64,10 +73,8 @@ void QelRobertRGBImage2GryRobert(unsigned char* rgb, int width, int height, unsi
 // The frame setter runs after the interior is written: its frame is partial, and it also clears
 // byte width−1 of every row, which for width >= 4 lies inside an interior pixel. Intended.
 void QelRobertRGBImage2RGBRobert(unsigned char* rgb, int width, int height, unsigned char* rgbDst) {
-    const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(width) * qel::kBgr;
-    qel::for_each_interior(rgb, width, height, qel::kBgr, [=](const unsigned char* p, int x, int y) {
-        unsigned char* out = rgbDst + y * stride + static_cast<std::ptrdiff_t>(x) * qel::kBgr;
-        for (int c = 0; c < qel::kBgr; ++c) out[c] = static_cast<unsigned char>(qel::clamped_sum(p + c, qel::kBgr, stride));
+    qel::for_each_bgr_interior(rgb, width, height, [rgbDst](std::ptrdiff_t i, const int* g) {
+        for (int c = 0; c < qel::kBgr; ++c) rgbDst[i * qel::kBgr + c] = static_cast<unsigned char>(g[c]);
     });
     QelSetRGBImageBoundary(rgbDst, width, height, 0);
 }

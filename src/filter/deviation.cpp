@@ -87,6 +87,13 @@ void deviation_profile(const unsigned char* src, int width, int height, int x0, 
 
 void clear(int* out, int count) { std::fill(out, out + std::max(count, 0), 0); }
 
+// The Dev100 profiles also zero every entry of out (width or height of them) that they do not measure.
+void deviation100_profile(const unsigned char* src, int width, int height, int x0, int x1, int y0, int y1,
+                          Lines lines, int* out) {
+    clear(out, lines == Lines::Columns ? width : height);
+    deviation_profile(src, width, height, x0, x1, y0, y1, lines, out, deviation100);
+}
+
 }  // namespace
 }  // namespace qel
 
@@ -113,8 +120,7 @@ double QelEstimateNoiseDelta(unsigned char* src, int width, int height, unsigned
 }
 
 void QelGryImgColDev100(unsigned char* src, int width, int height, int x0, int x1, int y0, int y1, int* out) {
-    qel::clear(out, width);
-    qel::deviation_profile(src, width, height, x0, x1, y0, y1, qel::Lines::Columns, out, qel::deviation100);
+    qel::deviation100_profile(src, width, height, x0, x1, y0, y1, qel::Lines::Columns, out);
 }
 
 void QelGryImgColDevDev(unsigned char* src, int width, int height, int x0, int x1, int y0, int y1, int* out) {
@@ -122,8 +128,7 @@ void QelGryImgColDevDev(unsigned char* src, int width, int height, int x0, int x
 }
 
 void QelGryImgRowDev100(unsigned char* src, int width, int height, int x0, int x1, int y0, int y1, int* out) {
-    qel::clear(out, height);
-    qel::deviation_profile(src, width, height, x0, x1, y0, y1, qel::Lines::Rows, out, qel::deviation100);
+    qel::deviation100_profile(src, width, height, x0, x1, y0, y1, qel::Lines::Rows, out);
 }
 
 void QelGryImgRowDevDev(unsigned char* src, int width, int height, int x0, int x1, int y0, int y1, int* out) {

@@ -3,112 +3,79 @@
 
 #include <gtest/gtest.h>
 
+#include "support/test_images.h"
+
 #include <algorithm>
 #include <cstdlib>
-#include <random>
 #include <vector>
 
 namespace {
 
-using Image = std::vector<unsigned char>;
+using Image = qel_test::Bytes;
+using qel_test::random_bgr;
+using qel_test::random_grey;
+using GreyOp = void (*)(unsigned char*, int, int, unsigned char*);
 
 constexpr unsigned char kPrefill = 77;  // what dst holds before a call, to see what is left alone
 
-Image random_image(int width, int height, unsigned seed, int channels = 1) {
-    std::mt19937 rng(seed);
-    Image img(static_cast<size_t>(width) * height * channels);
-    for (auto& p : img) p = static_cast<unsigned char>(rng() & 0xFF);
+// Random grey levels below `levels`: small values keep unnormalised box sums from saturating.
+Image small_values(int width, int height, unsigned seed, int levels) {
+    Image img = random_grey(width, height, seed);
+    for (auto& p : img) p = static_cast<unsigned char>(p % levels);
     return img;
 }
 
-// Columns 0..4 black, 5.. white: a vertical step between columns 4 and 5.
-Image vertical_step(int width, int height) {
-    Image img(static_cast<size_t>(width) * height, 0);
-    for (int y = 0; y < height; ++y)
-        for (int x = 5; x < width; ++x) img[y * width + x] = 255;
-    return img;
+// The grey result of op on a copy of src, over a destination prefilled with `prefill`.
+Image run(GreyOp op, Image src, int w, int h, unsigned char prefill = kPrefill) {
+    Image dst(static_cast<size_t>(w) * h, prefill);
+    op(src.data(), w, h, dst.data());
+    return dst;
 }
 
-Image horizontal_step(int width, int height, int firstWhiteRow) {
-    Image img(static_cast<size_t>(width) * height, 0);
-    std::fill(img.begin() + firstWhiteRow * width, img.end(), 255);
-    return img;
-}
-
-struct SobelRef {
-    int gx, gy;
-};
-SobelRef sobel_at(const Image& s, int w, int x, int y) {
-    auto p = [&](int xx, int yy) { return static_cast<int>(s[yy * w + xx]); };
-    return {(p(x - 1, y - 1) + 2 * p(x - 1, y) + p(x - 1, y + 1)) - (p(x + 1, y - 1) + 2 * p(x + 1, y) + p(x + 1, y + 1)),
-            (p(x - 1, y - 1) + 2 * p(x, y - 1) + p(x + 1, y - 1)) - (p(x - 1, y + 1) + 2 * p(x, y + 1) + p(x + 1, y + 1))};
-}
-
-TEST(Sobel, VerticalStepSaturatesAtBothSidesOfTheStep) {
-    const int w = 10, h = 6;
-    Image src = vertical_step(w, h), s(src.size()), s0(src.size()), s90(src.size()), j0(src.size()), j90(src.size());
-    QelGryImgSobel(src.data(), w, h, s.data());
-    QelGryImgSobel0(src.data(), w, h, s0.data());
-    QelGryImgSobel90(src.data(), w, h, s90.data());
-    QelGryImgSobel0Just(src.data(), w, h, j0.data());
-    QelGryImgSobel90Just(src.data(), w, h, j90.data());
-    for (int y = 1; y < h - 1; ++y) {
-        for (int x = 1; x < w - 1; ++x) {
-            const int expect = (x == 4 || x == 5) ? 255 : 0;  // |gx| = 1020, clamped
-            EXPECT_EQ(s90[y * w + x], expect) << x << "," << y;
-            EXPECT_EQ(j90[y * w + x], expect);
-            EXPECT_EQ(s[y * w + x], expect);
-            EXPECT_EQ(s0[y * w + x], 0);
-            EXPECT_EQ(j0[y * w + x], 0);
-        }
-    }
-}
-
-TEST(Sobel, JustVariantsGiveZeroOnTies) {
-    // Only the top-left neighbour of (1, 1) is lit: gx = gy = 40.
-    const int w = 3, h = 3;
-    Image src(9, 0), s(9), j0(9), j90(9);
-    src[0] = 40;
-    QelGryImgSobel(src.data(), w, h, s.data());
-    QelGryImgSobel0Just(src.data(), w, h, j0.data());
-    QelGryImgSobel90Just(src.data(), w, h, j90.data());
-    EXPECT_EQ(s[4], 80);
-    EXPECT_EQ(j0[4], 0);
-    EXPECT_EQ(j90[4], 0);
-}
-
-TEST(Sobel, AllMembersAgreeWithReferenceAndClearTheFrame) {
+TEST(Sobel, MembersOnAStepOnATieAndAgainstReference) {
+    const struct {
+        GreyOp op;
+        int (*value)(int ax, int ay);  // before clamping to 255; "Just" keeps strict dominance only
+        int atStep;                    // at columns 4 and 5 of a 0/255 step between them (|gx| = 1020)
+        int atTie;                     // where gx = gy = 40
+    } members[] = {{QelGryImgSobel, [](int ax, int ay) { return ax + ay; }, 255, 80},
+                   {QelGryImgSobel0, [](int, int ay) { return ay; }, 0, 40},
+                   {QelGryImgSobel90, [](int ax, int) { return ax; }, 255, 40},
+                   {QelGryImgSobel0Just, [](int ax, int ay) { return ay > ax ? ay : 0; }, 0, 0},
+                   {QelGryImgSobel90Just, [](int ax, int ay) { return ax > ay ? ax : 0; }, 255, 0}};
     const int w = 23, h = 17;
-    Image src = random_image(w, h, 1);
-    Image s(src.size(), kPrefill), s0(s), s90(s), j0(s), j90(s);
-    QelGryImgSobel(src.data(), w, h, s.data());
-    QelGryImgSobel0(src.data(), w, h, s0.data());
-    QelGryImgSobel90(src.data(), w, h, s90.data());
-    QelGryImgSobel0Just(src.data(), w, h, j0.data());
-    QelGryImgSobel90Just(src.data(), w, h, j90.data());
-    std::vector<int> prjX(w, -1), prjY(h, -1), refX(w, 0), refY(h, 0);
-    QelGryImgSobel90JustToPrjX(src.data(), w, h, prjX.data());
-    QelGryImgSobel90JustToPrjY(src.data(), w, h, prjY.data());
-    for (int y = 0; y < h; ++y) {
-        for (int x = 0; x < w; ++x) {
-            const int i = y * w + x;
-            if (x == 0 || y == 0 || x == w - 1 || y == h - 1) {
-                EXPECT_EQ(s[i] | s0[i] | s90[i] | j0[i] | j90[i], 0);
-                continue;
-            }
-            const SobelRef g = sobel_at(src, w, x, y);
-            const int ax = std::abs(g.gx), ay = std::abs(g.gy);
-            EXPECT_EQ(s[i], std::min(ax + ay, 255));
-            EXPECT_EQ(s0[i], std::min(ay, 255));
-            EXPECT_EQ(s90[i], std::min(ax, 255));
-            EXPECT_EQ(j0[i], ay > ax ? std::min(ay, 255) : 0);
-            EXPECT_EQ(j90[i], ax > ay ? std::min(ax, 255) : 0);
-            if (ax > ay) {
-                refX[x] += ax + ay;  // the column profile adds both magnitudes
-                refY[y] += ax;       // the row profile |gx| alone
-            }
+    const Image src = random_grey(w, h, 1);
+    Image step(w * h), tie(9, 0);
+    for (int i = 0; i < w * h; ++i) step[i] = i % w >= 5 ? 255 : 0;
+    tie[0] = 40;  // only the top-left neighbour of (1, 1) is lit
+    std::vector<int> ax(w * h), ay(w * h), refX(w, 0), refY(h, 0);
+    const int kx[9] = {1, 0, -1, 2, 0, -2, 1, 0, -1}, ky[9] = {1, 2, 1, 0, 0, 0, -1, -2, -1};
+    for (int i = 0; i < w * h; ++i) {
+        const int x = i % w, y = i / w;
+        if (x == 0 || y == 0 || x == w - 1 || y == h - 1) continue;
+        for (int k = 0; k < 9; ++k) {
+            ax[i] += kx[k] * src[i + (k / 3 - 1) * w + k % 3 - 1];
+            ay[i] += ky[k] * src[i + (k / 3 - 1) * w + k % 3 - 1];
         }
+        ax[i] = std::abs(ax[i]);
+        ay[i] = std::abs(ay[i]);
+        refX[x] += ax[i] > ay[i] ? ax[i] + ay[i] : 0;  // the column profile adds both magnitudes
+        refY[y] += ax[i] > ay[i] ? ax[i] : 0;          // the row profile |gx| alone
     }
+    for (const auto& m : members) {
+        SCOPED_TRACE(&m - members);
+        const Image out = run(m.op, src, w, h), onStep = run(m.op, step, w, h);
+        for (int i = 0; i < w * h; ++i) {
+            const int x = i % w, y = i / w;
+            const bool frame = x == 0 || y == 0 || x == w - 1 || y == h - 1;
+            ASSERT_EQ(out[i], frame ? 0 : std::min(m.value(ax[i], ay[i]), 255)) << x << "," << y;
+            ASSERT_EQ(onStep[i], !frame && (x == 4 || x == 5) ? m.atStep : 0) << x << "," << y;
+        }
+        EXPECT_EQ(run(m.op, tie, 3, 3)[4], m.atTie);
+    }
+    std::vector<int> prjX(w, -1), prjY(h, -1);
+    QelGryImgSobel90JustToPrjX(Image(src).data(), w, h, prjX.data());
+    QelGryImgSobel90JustToPrjY(Image(src).data(), w, h, prjY.data());
     refX[0] = refX[1];
     refX[w - 1] = refX[w - 2];
     refY[0] = refY[1];
@@ -117,273 +84,184 @@ TEST(Sobel, AllMembersAgreeWithReferenceAndClearTheFrame) {
     EXPECT_EQ(prjY, refY);
 }
 
-TEST(Prewitt, FourPixelDifferenceOnAStep) {
-    const int w = 10, h = 6;
-    Image src = vertical_step(w, h), dst(src.size(), kPrefill);
-    QelPrewitt90(src.data(), w, h, dst.data());
-    const unsigned char expectRow[10] = {0, 0, 0, 255, 255, 255, 255, 0, 0, 0};
-    for (int x = 0; x < w; ++x) {
-        EXPECT_EQ(dst[2 * w + x], expectRow[x]) << x;
-        EXPECT_EQ(dst[0 * w + x], 0);
-        EXPECT_EQ(dst[5 * w + x], 0);
-    }
-}
-
-TEST(Prewitt, RectangleFormWritesOnlyInsideTheClippedRectangle) {
-    const int w = 12, h = 9;
-    Image src = random_image(w, h, 2), full(src.size()), part(src.size(), kPrefill);
-    QelPrewitt90(src.data(), w, h, full.data());
-    QelPrewitt90(src.data(), w, h, 0, 5, 4, 100, part.data());  // clipped to columns 2..5, rows 4..6
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            const bool inside = x >= 2 && x <= 5 && y >= 4 && y <= 6;
-            EXPECT_EQ(part[y * w + x], inside ? full[y * w + x] : kPrefill) << x << "," << y;
-        }
-}
-
-TEST(Prewitt, FiveByFiveClampsAt250) {
-    const int w = 9, h = 10;
-    Image src = horizontal_step(w, h, 5), dst(src.size(), kPrefill);
-    QelGradient0ByPrewitt5x5(src.data(), w, h, dst.data());
-    EXPECT_EQ(dst[5 * w + 4], 250);  // |0 − 2550| clamped to 250, not 255
-    EXPECT_EQ(dst[4 * w + 4], 250);
-    EXPECT_EQ(dst[2 * w + 4], 0);
-    for (int x = 0; x < w; ++x) EXPECT_EQ(dst[1 * w + x], 0);
-    for (int y = 0; y < h; ++y) EXPECT_EQ(dst[y * w + w - 2], 0);
-
-    Image both(src.size(), kPrefill);
-    QelGradient5x5ByPrewitt0_90(src.data(), w, h, both.data());
-    EXPECT_EQ(both[5 * w + 4], 250);  // |0 + 0 − 255 − 255| clamped
-    EXPECT_EQ(both[4 * w + 4], 250);
-    EXPECT_EQ(both[3 * w + 4], 250);  // |0 + 0 − 0 − 255|
-    EXPECT_EQ(both[2 * w + 4], 0);
-}
-
-TEST(Prewitt, FiveByFiveMembersAgreeWithReference) {
+TEST(Prewitt, FixedWindowMembersAgreeWithReferenceAndClampAStepAt250) {
     const int w = 14, h = 11;
-    Image src = random_image(w, h, 3), d0(src.size()), d090(src.size());
-    QelGradient0ByPrewitt5x5(src.data(), w, h, d0.data());
-    QelGradient5x5ByPrewitt0_90(src.data(), w, h, d090.data());
-    auto p = [&](int x, int y) { return static_cast<int>(src[y * w + x]); };
-    for (int y = 2; y < h - 2; ++y)
-        for (int x = 2; x < w - 2; ++x) {
-            int t = 0;
-            for (int c = x - 2; c <= x + 2; ++c) t += p(c, y - 2) + p(c, y - 1) - p(c, y + 1) - p(c, y + 2);
-            EXPECT_EQ(d0[y * w + x], std::min(std::abs(t), 250));
-            const int hh = std::min(std::abs(p(x - 2, y) + p(x - 1, y) - p(x + 1, y) - p(x + 2, y)), 250);
-            const int vv = std::min(std::abs(p(x, y - 2) + p(x, y - 1) - p(x, y + 1) - p(x, y + 2)), 250);
-            EXPECT_EQ(d090[y * w + x], std::max(hh, vv));
-        }
-}
-
-// Direct sums of the box differences, with the bands as described for the two members.
-Image box_reference(const Image& src, int w, int h, int halfX, int halfY, bool rowsAgainstRows, const Image& before) {
-    Image dst = before;
-    const int hx = std::max(1, halfX), hy = std::max(1, halfY);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            const bool topBand = y < hy, bottomBand = y >= h - hy - 1 && y <= h - 2;
-            const bool rowComputed = y >= hy && y <= h - hy - 2, colComputed = x >= hx && x <= w - hx - 2;
-            unsigned char& d = dst[y * w + x];
-            if (topBand || bottomBand) {
-                d = 0;
-            } else if (rowsAgainstRows && rowComputed && !colComputed && (x < hx || x >= w - hx)) {
-                d = 0;
-            } else if (!rowsAgainstRows && colComputed && y >= h - hy) {
-                d = 0;
+    Image step(w * h, 0), across(w * h);
+    std::fill(step.begin() + 5 * w, step.end(), 255);                  // white from row 5
+    for (int i = 0; i < w * h; ++i) across[i] = i % w >= 5 ? 255 : 0;  // white from column 5
+    for (const Image& src : {random_grey(w, h, 3), step, across}) {
+        const Image p90 = run(QelPrewitt90, src, w, h), d0 = run(QelGradient0ByPrewitt5x5, src, w, h),
+                    d090 = run(QelGradient5x5ByPrewitt0_90, src, w, h);
+        Image part(w * h, kPrefill);
+        QelPrewitt90(Image(src).data(), w, h, 0, 5, 4, 100, part.data());  // cut to columns 2..5, rows 4..8
+        auto diff4 = [&](int i, int d) {  // |p(−2d) + p(−d) − p(d) − p(2d)| around index i
+            return std::abs(src[i - 2 * d] + src[i - d] - src[i + d] - src[i + 2 * d]);
+        };
+        for (int i = 0; i < w * h; ++i) {
+            const int x = i % w, y = i / w;
+            EXPECT_EQ(part[i], x >= 2 && x <= 5 && y >= 4 && y <= 8 ? p90[i] : kPrefill) << x << "," << y;
+            if (x < 2 || y < 2 || x >= w - 2 || y >= h - 2) {
+                EXPECT_EQ(p90[i] | d0[i] | d090[i], 0);  // two-pixel frame
+                continue;
             }
-            if (!(rowComputed && colComputed)) continue;
-            long sum = 0;
-            for (int r = -hy; r <= hy; ++r)
-                for (int c = -hx; c <= hx; ++c) {
-                    const int sign = rowsAgainstRows ? (r < 0 ? 1 : r > 0 ? -1 : 0) : (c < 0 ? 1 : c > 0 ? -1 : 0);
-                    sum += sign * src[(y + r) * w + x + c];
-                }
-            d = static_cast<unsigned char>(std::min(std::labs(sum), 255L));
+            int t = 0;  // rows y−2, y−1 against y+1, y+2 over five columns
+            for (int c = i - 2; c <= i + 2; ++c) t += src[c - 2 * w] + src[c - w] - src[c + w] - src[c + 2 * w];
+            EXPECT_EQ(p90[i], std::min(diff4(i, 1), 255));
+            EXPECT_EQ(d0[i], std::min(std::abs(t), 250));
+            EXPECT_EQ(d090[i], std::min(std::max(diff4(i, 1), diff4(i, w)), 250));
         }
-    return dst;
+    }
+    // Across the step: ten 255s against none (0°), 255 + 255 against none (0/90°); 250, not 255.
+    EXPECT_EQ(run(QelGradient0ByPrewitt5x5, step, w, h)[4 * w + 4], 250);
+    EXPECT_EQ(run(QelGradient5x5ByPrewitt0_90, step, w, h)[4 * w + 4], 250);
+    const Image row4 = qel_test::row_of(run(QelPrewitt90, across, w, h), w, 4);  // 255 or 510, clamped
+    EXPECT_EQ(row4, Image({0, 0, 0, 255, 255, 255, 255, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST(Prewitt, BoxDifferencesAgreeWithDirectSumsAndKeepTheirBands) {
     const int w = 19, h = 16;
-    Image src = random_image(w, h, 4);
-    for (int i = 0; i < w * h; ++i) src[i] /= 16;  // keep sums small enough not to saturate everywhere
+    Image src = small_values(w, h, 4, 16);  // small values, so that not every sum saturates
+    const Image before = random_grey(w, h, 5);
     const int halves[][2] = {{0, 0}, {1, 1}, {2, 1}, {1, 3}, {3, 2}, {9, 7}};
     for (const auto& hv : halves) {
-        const Image before = random_image(w, h, 5);
-        Image d0 = before, d90 = before;
-        QelGradientByPrewitt0(src.data(), w, h, hv[0], hv[1], d0.data());
-        QelGradientByPrewitt90(src.data(), w, h, hv[0], hv[1], d90.data());
-        EXPECT_EQ(d0, box_reference(src, w, h, hv[0], hv[1], true, before)) << hv[0] << "," << hv[1];
-        EXPECT_EQ(d90, box_reference(src, w, h, hv[0], hv[1], false, before)) << hv[0] << "," << hv[1];
-        for (int x = 0; x < w; ++x) EXPECT_EQ(d0[(h - 1) * w + x], before[(h - 1) * w + x]);  // last row untouched
+        const int hx = std::max(1, hv[0]), hy = std::max(1, hv[1]);
+        for (bool rowsAgainstRows : {true, false}) {
+            Image dst = before;
+            const auto box = rowsAgainstRows ? QelGradientByPrewitt0 : QelGradientByPrewitt90;
+            box(src.data(), w, h, hv[0], hv[1], dst.data());
+            for (int i = 0; i < w * h; ++i) {
+                const int x = i % w, y = i / w;
+                // bands: the top hy rows and rows h−hy−1 .. h−2; the last row is never written
+                const bool band = y < hy || (y >= h - hy - 1 && y <= h - 2);
+                const bool rowIn = y >= hy && y <= h - hy - 2, colIn = x >= hx && x <= w - hx - 2;
+                int expect = before[i];
+                if (band || (rowsAgainstRows ? rowIn && (x < hx || x >= w - hx) : colIn && y >= h - hy)) expect = 0;
+                if (rowIn && colIn) {
+                    int sum = 0;
+                    for (int r = -hy; r <= hy; ++r)
+                        for (int c = -hx; c <= hx; ++c) {
+                            const int k = rowsAgainstRows ? r : c;
+                            sum += (k < 0 ? 1 : k > 0 ? -1 : 0) * src[i + r * w + c];
+                        }
+                    expect = std::min(std::abs(sum), 255);
+                }
+                ASSERT_EQ(dst[i], expect) << rowsAgainstRows << " " << hv[0] << "," << hv[1] << " at " << i;
+            }
+        }
     }
 }
 
-TEST(Prewitt, FourDirectionTermCarriesThe135DegreeValueAcrossPixels) {
-    // At x = 1 the lower-left half outweighs the upper-right (term 30); at x = 2 it does not, so
-    // the 30 carries over: (40 + 40 + 0 + 30) / 4 = 27 rather than 80 / 4 = 20.
-    const int w = 4, h = 3;
-    Image src = {0, 0, 0, 50, 10, 0, 0, 0, 10, 10, 0, 0};
-    Image dst(src.size(), kPrefill);
-    QelGradientByPrewitt(src.data(), w, h, 1, 1, dst.data());
-    EXPECT_EQ(dst[1 * w + 1], 17);  // (20 + 20 + 0 + 30) / 4
-    EXPECT_EQ(dst[1 * w + 2], 27);
-    EXPECT_EQ(dst[1 * w + 0], 0);
-    EXPECT_EQ(dst[1 * w + 3], kPrefill);  // the right band is left as it was
-    for (int x = 0; x < w; ++x) {
-        EXPECT_EQ(dst[x], 0);
-        EXPECT_EQ(dst[2 * w + x], 0);
-    }
+TEST(Prewitt, FourDirection135TermCarriesAcrossPixelsAndSaturates) {
+    // At x = 1 the lower-left half outweighs the upper-right (term 30): (20 + 20 + 0 + 30) / 4 = 17.
+    // At x = 2 it does not, so the 30 carries: (40 + 40 + 0 + 30) / 4 = 27 rather than 80 / 4 = 20.
+    Image dst(12, kPrefill), src = {0, 0, 0, 50, 10, 0, 0, 0, 10, 10, 0, 0};
+    QelGradientByPrewitt(src.data(), 4, 3, 1, 1, dst.data());
+    EXPECT_EQ(dst, Image({0, 0, 0, 0, 0, 17, 27, kPrefill, 0, 0, 0, 0}));  // the right band is left as it was
+    Image lit = {0, 0, 0, 255, 0, 0, 0, 0, 0}, out(9, kPrefill);           // a term of 255 saturates at once
+    QelGradientByPrewitt(lit.data(), 3, 3, 1, 1, out.data());
+    EXPECT_EQ(out[4], 255);
 }
 
-TEST(Prewitt, FourDirectionSaturatesWhenThe135DegreeTermReaches255) {
-    const int w = 3, h = 3;
-    Image src = {0, 0, 0, 255, 0, 0, 0, 0, 0};  // P = 255, Q = 0, other terms 255 or less
-    Image dst(9, kPrefill);
-    QelGradientByPrewitt(src.data(), w, h, 1, 1, dst.data());
-    EXPECT_EQ(dst[4], 255);
-}
-
-TEST(Prewitt, FourDirectionWindowAreaLimit) {
+TEST(Prewitt, FourDirectionWindowAreaLimitAndNegativeHalves) {
     const int w = 130, h = 130;
-    Image src = vertical_step(w, h), dst(src.size(), kPrefill);
+    Image src = random_grey(w, h, 6), dst(src.size(), kPrefill);
     QelGradientByPrewitt(src.data(), w, h, 63, 64, dst.data());  // 127 × 129 > 16129
-    EXPECT_TRUE(std::all_of(dst.begin(), dst.end(), [](unsigned char p) { return p == kPrefill; }));
+    QelGradientByPrewitt(src.data(), w, h, -1, 2, dst.data());
+    EXPECT_EQ(dst, Image(src.size(), kPrefill));
     QelGradientByPrewitt(src.data(), w, h, 63, 63, dst.data());  // exactly 16129
     EXPECT_EQ(dst[0], 0);
     EXPECT_EQ(dst[64 * w + 64], 255);  // unnormalised sums saturate
 }
 
-// Straight from the description: copy the window to a flat scratch of stride 2·halfX+1 and add
-// up the four splits by column numbers; positions past the window read as 0.
-Image four_direction_reference(const Image& src, int w, int h, int hx, int hy, const Image& before) {
-    Image dst = before;
-    const int ww = 2 * hx + 1, rows = 2 * hy + 1;
-    std::vector<int> scratch(static_cast<size_t>(ww) * rows + 4 * ww * rows + 16, 0);
-    auto at = [&](int r, int c) { return scratch[r * ww + c]; };
-    for (int y = 0; y < hy; ++y) std::fill_n(dst.begin() + y * w, w, 0);
-    for (int y = h - hy; y < h; ++y) std::fill_n(dst.begin() + y * w, w, 0);
-    int term = 0;
-    for (int y = hy; y < h - hy; ++y) {
-        for (int x = 0; x < hx; ++x) dst[y * w + x] = 0;
-        for (int x = hx; x < w - hx; ++x) {
-            for (int r = 0; r < rows; ++r)
-                for (int c = 0; c < ww; ++c) scratch[r * ww + c] = src[(y - hy + r) * w + x - hx + c];
-            long a = 0, b = 0;
-            for (int r = 0; r < rows; ++r)
-                for (int c = 0; c < ww; ++c) {
-                    if (r < hy) a += at(r, c);
-                    if (r > hy) b += at(r, c);
-                }
-            const long d0 = std::labs(a - b);
-            a = b = 0;
-            for (int r = 0; r < rows; ++r)
-                for (int c = 0; c < ww; ++c) {
-                    if (c < hx) a += at(r, c);
-                    if (c > hx) b += at(r, c);
-                }
-            const long d90 = std::labs(a - b);
-            a = b = 0;
-            for (int r = 0; r < rows; ++r) {
-                for (int c = 0; c <= 2 * hy - r - 1; ++c) a += at(r, c);
-                for (int c = 2 * hy + 1 - r; c <= 2 * hx; ++c) b += at(r, c);
-            }
-            const long d45 = std::labs(a - b);
-            a = b = 0;
-            for (int r = 0; r < rows; ++r) {
-                for (int c = 0; c <= r - 1; ++c) a += at(r, c);
-                for (int c = r + 1; c <= 2 * hx; ++c) b += at(r, c);
-            }
-            if (a > b) term = static_cast<int>(a - b);
-            dst[y * w + x] = term >= 255 ? 255 : static_cast<unsigned char>(std::min((d0 + d90 + d45 + term) / 4, 255L));
-        }
-    }
-    return dst;
-}
-
-TEST(Prewitt, FourDirectionAgreesWithScratchReference) {
+TEST(Prewitt, FourDirectionAgreesWithFlatWindowReference) {
     const int w = 15, h = 13;
-    Image src = random_image(w, h, 7);
-    for (auto& p : src) p /= 24;
+    Image src = small_values(w, h, 7, 11);
+    const Image before = random_grey(w, h, 8);
     const int halves[][2] = {{0, 0}, {1, 1}, {2, 1}, {1, 2}, {0, 2}, {3, 4}};
     for (const auto& hv : halves) {
-        const Image before = random_image(w, h, 8);
-        Image dst = before;
-        QelGradientByPrewitt(src.data(), w, h, hv[0], hv[1], dst.data());
-        EXPECT_EQ(dst, four_direction_reference(src, w, h, hv[0], hv[1], before)) << hv[0] << "," << hv[1];
+        const int hx = hv[0], hy = hv[1], ww = 2 * hx + 1, area = ww * (2 * hy + 1);
+        Image dst = before, expect = before;
+        QelGradientByPrewitt(src.data(), w, h, hx, hy, dst.data());
+        int term = 0;  // the 135° term starts at 0 and is never reset within a call
+        for (int i = 0; i < w * h; ++i) {
+            const int x = i % w, y = i / w;
+            if (y < hy || y >= h - hy || x < hx) expect[i] = 0;
+            if (y < hy || y >= h - hy || x < hx || x >= w - hx) continue;
+            // 0°, 90°, 45°, 135°: first half minus second half, over the window copied flat with row
+            // stride ww; split columns past a row spill into the next rows, past the window read 0
+            int d[4] = {};
+            for (int r = 0; r <= 2 * hy; ++r)
+                for (int c = 0; c <= 2 * std::max(hx, hy); ++c) {
+                    const int k = r * ww + c, p = k < area ? src[i + (k / ww - hy) * w + k % ww - hx] : 0;
+                    d[0] += p * ((c < ww && r < hy) - (c < ww && r > hy));
+                    d[1] += p * ((c < hx) - (c > hx && c < ww));
+                    d[2] += p * ((c < 2 * hy - r) - (c > 2 * hy - r && c <= 2 * hx));
+                    d[3] += p * ((c < r) - (c > r && c <= 2 * hx));
+                }
+            if (d[3] > 0) term = d[3];
+            const int mean = (std::abs(d[0]) + std::abs(d[1]) + std::abs(d[2]) + term) / 4;
+            expect[i] = term >= 255 ? 255 : std::min(mean, 255);
+        }
+        EXPECT_EQ(dst, expect) << hx << "," << hy;
     }
 }
 
-TEST(Roberts, MaximumForThePlainMemberSumForTheMaskedOne) {
+TEST(Roberts, PlainTakesTheMaximumMaskedTakesTheClampedSum) {
     // At (1, 1): dx = 100 − 0, dy = 100 − 0.
-    const int w = 3, h = 3;
-    Image src = {0, 0, 0, 0, 0, 100, 0, 100, 0};
-    Image a(9, kPrefill), b(9, kPrefill), c(9), mask(9, 0);
-    QelRobert(src.data(), w, h, a.data());
-    QelRobertByMask(src.data(), nullptr, w, h, b.data());
-    QelRobertByMask(src.data(), mask.data(), w, h, c.data());
-    EXPECT_EQ(a[4], 100);
-    EXPECT_EQ(b[4], 200);
-    EXPECT_EQ(c[4], 0);
-    EXPECT_EQ(a[0] | a[8] | b[3] | b[5], 0);
+    Image src = {0, 0, 0, 0, 0, 100, 0, 100, 0}, mask(9, 0), masked(9);
+    EXPECT_EQ(run(QelRobert, src, 3, 3), Image({0, 0, 0, 0, 100, 0, 0, 0, 0}));
+    QelRobertByMask(src.data(), nullptr, 3, 3, masked.data());
+    EXPECT_EQ(masked, Image({0, 0, 0, 0, 200, 0, 0, 0, 0}));
+    QelRobertByMask(src.data(), mask.data(), 3, 3, masked.data());
+    EXPECT_EQ(masked[4], 0);
     mask[4] = 1;
     src[5] = 200;
-    QelRobertByMask(src.data(), mask.data(), w, h, c.data());
-    EXPECT_EQ(c[4], 255);  // 300 clamped
+    QelRobertByMask(src.data(), mask.data(), 3, 3, masked.data());
+    EXPECT_EQ(masked[4], 255);  // 300 clamped
 }
 
 TEST(Roberts, ColourMembersTakeEachChannelAndThePartialFrame) {
-    const int w = 5, h = 4;
-    Image rgb = random_image(w, h, 9, 3), grey(w * h, kPrefill), out(rgb.size(), kPrefill);
-    QelRobertRGBImage2GryRobert(rgb.data(), w, h, grey.data());
+    const int w = 5, h = 4, stride = 3 * w;
+    Image rgb = random_bgr(w, h, 9), out(rgb.size(), kPrefill);
+    const Image grey = run(QelRobertRGBImage2GryRobert, rgb, w, h);
     QelRobertRGBImage2RGBRobert(rgb.data(), w, h, out.data());
-    const int stride = 3 * w;
     for (int y = 1; y < h - 1; ++y)
         for (int x = 1; x < w - 1; ++x) {
             int best = 0;
             for (int c = 0; c < 3; ++c) {
                 const int i = y * stride + 3 * x + c;
-                const int v = std::min(std::abs(rgb[i + 3] - rgb[i - 3]) + std::abs(rgb[i + stride] - rgb[i - stride]), 255);
+                const int dx = std::abs(rgb[i + 3] - rgb[i - 3]), dy = std::abs(rgb[i + stride] - rgb[i - stride]);
+                const int v = std::min(dx + dy, 255);
                 best = std::max(best, v);
                 // byte width−1 = 4 of each row (pixel 1, green) is cleared by the frame setter
                 EXPECT_EQ(out[i], 3 * x + c == w - 1 ? 0 : v) << x << "," << y << "," << c;
             }
             EXPECT_EQ(grey[y * w + x], best);
         }
-    EXPECT_EQ(grey[0] | grey[w * h - 1] | grey[w], 0);
-    EXPECT_EQ(out[0], 0);
-    EXPECT_EQ(out[w - 1], 0);
-    EXPECT_EQ(out[w], kPrefill);              // past the first third of the top row
+    EXPECT_EQ(grey[0] | grey[w * h - 1] | grey[w] | out[0] | out[w - 1], 0);
+    EXPECT_EQ(out[w], kPrefill);                     // past the first third of the top row
     EXPECT_EQ(out[stride + 3 * (w - 1)], kPrefill);  // the last pixel of an inner row
 }
 
 TEST(Gradients, ConstantImageGivesZeroFromEveryMember) {
     const int w = 16, h = 12;
-    Image src(w * h, 137), rgb(w * h * 3, 91);
-    auto zero = [](const Image& img) { return std::all_of(img.begin(), img.end(), [](unsigned char p) { return p == 0; }); };
-    using Plain = void (*)(unsigned char*, int, int, unsigned char*);
-    const Plain plain[] = {QelGryImgSobel, QelGryImgSobel0, QelGryImgSobel90, QelGryImgSobel0Just, QelGryImgSobel90Just,
-                           QelGradient0ByPrewitt5x5, QelGradient5x5ByPrewitt0_90, QelRobert, QelRobertRGBImage2GryRobert};
-    for (Plain f : plain) {
-        Image dst(w * h, 0);
-        f(f == QelRobertRGBImage2GryRobert ? rgb.data() : src.data(), w, h, dst.data());
-        EXPECT_TRUE(zero(dst));
-    }
-    Image dst(w * h, 0), rgbDst(rgb.size(), 0);
-    QelPrewitt90(src.data(), w, h, dst.data());
-    EXPECT_TRUE(zero(dst));
-    QelGradientByPrewitt0(src.data(), w, h, 2, 3, dst.data());
-    QelGradientByPrewitt90(src.data(), w, h, 3, 2, dst.data());
-    QelGradientByPrewitt(src.data(), w, h, 2, 2, dst.data());
-    QelRobertByMask(src.data(), nullptr, w, h, dst.data());
-    EXPECT_TRUE(zero(dst));
-    QelRobertRGBImage2RGBRobert(rgb.data(), w, h, rgbDst.data());
-    EXPECT_TRUE(zero(rgbDst));
-    std::vector<int> prj(std::max(w, h), 5);
-    QelGryImgSobel90JustToPrjX(src.data(), w, h, prj.data());
-    QelGryImgSobel90JustToPrjY(src.data(), w, h, prj.data());
-    EXPECT_TRUE(std::all_of(prj.begin(), prj.begin() + h, [](int v) { return v == 0; }));
+    Image grey(w * h, 137), rgb(w * h * 3, 91), rgbOut(rgb.size(), 0);
+    const GreyOp ops[] = {
+        QelGryImgSobel, QelGryImgSobel0, QelGryImgSobel90, QelGryImgSobel0Just, QelGryImgSobel90Just, QelPrewitt90,
+        QelGradient0ByPrewitt5x5, QelGradient5x5ByPrewitt0_90, QelRobert,
+        [](unsigned char* s, int wd, int ht, unsigned char* d) { QelGradientByPrewitt0(s, wd, ht, 2, 3, d); },
+        [](unsigned char* s, int wd, int ht, unsigned char* d) { QelGradientByPrewitt90(s, wd, ht, 3, 2, d); },
+        [](unsigned char* s, int wd, int ht, unsigned char* d) { QelGradientByPrewitt(s, wd, ht, 2, 2, d); },
+        [](unsigned char* s, int wd, int ht, unsigned char* d) { QelRobertByMask(s, nullptr, wd, ht, d); }};
+    for (GreyOp op : ops) EXPECT_EQ(run(op, grey, w, h, 0), Image(w * h, 0));  // (some leave bands unwritten)
+    EXPECT_EQ(run(QelRobertRGBImage2GryRobert, rgb, w, h, 0), Image(w * h, 0));
+    QelRobertRGBImage2RGBRobert(rgb.data(), w, h, rgbOut.data());
+    EXPECT_EQ(rgbOut, Image(rgb.size(), 0));
+    std::vector<int> prjX(w, 5), prjY(h, 5);
+    QelGryImgSobel90JustToPrjX(grey.data(), w, h, prjX.data());
+    QelGryImgSobel90JustToPrjY(grey.data(), w, h, prjY.data());
+    EXPECT_EQ(prjX, std::vector<int>(w, 0));
+    EXPECT_EQ(prjY, std::vector<int>(h, 0));
 }
 
 }  // namespace
