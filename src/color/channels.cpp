@@ -1,13 +1,16 @@
 // Single channels of RGB images, and the two interlaced fields (even rows, odd rows) of a frame.
 #include "qel/color.h"
 
+#include "color/rgb.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
 namespace {
 
-constexpr int kBytesPerRgbPixel = 3;
+using qel::kBytesPerRgbPixel;
+using qel::pixel_count;
 
 // Number of bytes in one image row: width pixels of one byte (grey) or three (RGB).
 size_t row_bytes(int width, bool rgb) {
@@ -20,8 +23,6 @@ void for_each_channel_byte(unsigned char* rgb, size_t count, int channel, unsign
     unsigned char* p = rgb + channel;
     for (size_t i = 0; i < count; ++i, p += kBytesPerRgbPixel) op(*p, grey[i]);
 }
-
-size_t pixel_count(int width, int height) { return static_cast<size_t>(width) * static_cast<size_t>(height); }
 
 // Copies bytes [offset, offset + length) of a row into the frame, dropping whatever would fall
 // outside the frame's frameBytes bytes.
@@ -39,15 +40,14 @@ void put_clipped(unsigned char* frame, std::ptrdiff_t frameBytes, std::ptrdiff_t
 }  // namespace
 
 void QelExtractMaxRGB2GryImg(unsigned char* rgb, int width, int height, unsigned char* grey) {
-    const size_t n = pixel_count(width, height);
-    const unsigned char* p = rgb;
-    for (size_t i = 0; i < n; ++i, p += kBytesPerRgbPixel) grey[i] = std::max({p[0], p[1], p[2]});
+    qel::grey_from_each_pixel(rgb, pixel_count(width, height), grey,
+                              [](int b, int g, int r) { return std::max({b, g, r}); });
 }
 
+// The same as QelSelectRGB2Gry.
 void QelExtractOneChannelFromRGB(unsigned char* rgb, int width, int height, int channel,
                                  unsigned char* grey) {
-    for_each_channel_byte(rgb, pixel_count(width, height), channel, grey,
-                          [](unsigned char c, unsigned char& g) { g = c; });
+    qel::extract_channel(rgb, pixel_count(width, height), channel, grey);
 }
 
 void QelReplaceOneChannelInRGB(unsigned char* rgb, int width, int height, int channel,

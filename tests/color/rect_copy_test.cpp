@@ -2,84 +2,39 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
-#include <string>
-#include <vector>
+#include "color/camera_formats.h"
+#include "support/test_images.h"
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
+using qel_test::all_equal;
+using qel_test::Bytes;
+using qel_test::CameraFormat;
+using qel_test::crop;
+using qel_test::frame_bytes;
+using qel_test::kCameraFormats;
+using qel_test::random_bytes;
 constexpr unsigned char kUntouched = 0xA5;
 
-Bytes random_bytes(size_t n, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes v(n);
-    for (auto& b : v) b = static_cast<unsigned char>(rng() & 0xFF);
-    return v;
-}
-
-// ---- each camera format's members, and its whole-frame conversions as the reference ------------
-
-using RectFn = bool (*)(unsigned char*, int, int, int, int, int, int, unsigned char*);
-using TwoOutFn = bool (*)(unsigned char*, int, int, int, int, int, int, unsigned char*, unsigned char*);
-using FrameToRgbFn = bool (*)(unsigned char*, int, int, unsigned char*);
-using FrameToGreyFn = void (*)(unsigned char*, int, int, unsigned char*);
-
-struct Format {
-    const char* name;
-    int bytesPerTwoPixels;  // frame size = width * height * bytesPerTwoPixels / 2
-    RectFn rgb;
-    RectFn red;
-    TwoOutFn rgbAndGrey;
-    RectFn redHalf;
-    RectFn quarter;
-    FrameToRgbFn wholeRgb;
-    FrameToGreyFn wholeGrey;
-};
-
-// The CbYCrY red images refuse nothing and return void.
-bool cbycry_red(unsigned char* f, int w, int h, int x1, int x2, int y1, int y2, unsigned char* o) {
-    QelCopyCbYCrYRect2RedImg(f, w, h, x1, x2, y1, y2, o);
-    return true;
-}
-bool cbycry_red_half(unsigned char* f, int w, int h, int x1, int x2, int y1, int y2, unsigned char* o) {
-    QelCopyCbYCrYRect2RedImgShrink2(f, w, h, x1, x2, y1, y2, o);
-    return true;
-}
-
-const Format kYuv420P{"YUV420P", 3, QelCopyYUV420PRect2RGB, QelCopyYUV420PRect2RedImg, QelCopyYUV420PRect,
-                      QelCopyYUV420PRect2RedImgShrink2, QelCopyYUV420PScale4Rect, QelYUV420P2RGB, QelYUV420P2Gry};
-const Format kYuv420SP{"YUV420SP", 3, QelCopyYUV420SPRect2RGB, QelCopyYUV420SPRect2RedImg, QelCopyYUV420SPRect,
-                       QelCopyYUV420SPRect2RedImgShrink2, QelCopyYUV420SPScale4Rect, QelYUV420SP2RGB,
-                       QelYUV420SP2Gry};
-const Format kYuv422P{"YUV422P", 4, QelCopyYUV422PRect2RGB, QelCopyYUV422PRect2RedImg, QelCopyYUV422PRect,
-                      QelCopyYUV422PRect2RedImgShrink2, QelCopyYUV422PScale4Rect, QelYUV422P2RGB, QelYUV422P2Gry};
-const Format kCbYCrY{"CbYCrY", 4, QelCopyCbYCrYRect2RGB, cbycry_red, QelCopyCbYCrYRect, cbycry_red_half,
-                     QelCopyCbYCrYScale4Rect, QelCbYCrY2RGB, QelCbYCrY2Gry};
-const Format* const kFormats[] = {&kYuv420P, &kYuv420SP, &kYuv422P, &kCbYCrY};
-
-// A whole frame converted by the whole-frame functions: BGR, grey (Y) and red planes.
+// A whole frame converted by the whole-frame functions, the reference for the copies: BGR, grey
+// (Y) and red planes.
 struct Whole {
-    int width;
     Bytes rgb, grey, red;
 };
 
-Whole convert_whole(const Format& f, Bytes& frame, int w, int h) {
-    Whole out{w, Bytes(w * h * 3), Bytes(w * h), Bytes(w * h)};
-    EXPECT_TRUE(f.wholeRgb(frame.data(), w, h, out.rgb.data()));
-    f.wholeGrey(frame.data(), w, h, out.grey.data());
+Whole convert_whole(const CameraFormat& f, Bytes& frame, int w, int h) {
+    Whole out{Bytes(w * h * 3), Bytes(w * h), Bytes(w * h)};
+    EXPECT_TRUE(f.toRgb(frame.data(), w, h, out.rgb.data()));
+    f.toGrey(frame.data(), w, h, out.grey.data());
     for (int k = 0; k < w * h; ++k) out.red[k] = out.rgb[k * 3 + 2];
     return out;
 }
 
-// Pixels (x1 + step*i, y1 + step*j) of a whole image with `bytes` bytes per pixel.
-Bytes crop(const Bytes& image, int w, int bytes, int x1, int y1, int step, int cols, int rows) {
-    Bytes out;
-    for (int j = 0; j < rows; ++j)
-        for (int i = 0; i < cols; ++i)
-            for (int b = 0; b < bytes; ++b) out.push_back(image[((y1 + step * j) * w + x1 + step * i) * bytes + b]);
-    return out;
+// `out` holds `expected` and, after it, bytes still kUntouched.
+void expect_written(const Bytes& out, const Bytes& expected) {
+    ASSERT_GE(out.size(), expected.size());
+    EXPECT_EQ(Bytes(out.begin(), out.begin() + expected.size()), expected);
+    EXPECT_TRUE(all_equal(Bytes(out.begin() + expected.size(), out.end()), kUntouched));
 }
 
 struct Rect {
@@ -88,76 +43,65 @@ struct Rect {
     int h() const { return y2 - y1 + 1; }
 };
 
-// Rectangles every camera member accepts: x1, y1 even and sizes multiples of 4.
-const Rect kGoodRects[] = {{0, 15, 0, 11}, {2, 9, 4, 11}, {6, 13, 2, 5}, {4, 7, 8, 11}};
 constexpr int kW = 16, kH = 12;
 
 // ---- agreement with the whole-frame conversions --------------------------------------------------
 
 TEST(CameraRect, RectangleCopiesAgreeWithTheWholeFrameConversionCropped) {
-    for (const Format* f : kFormats) {
+    // Rectangles every camera member accepts: x1, y1 even and sizes multiples of 4.
+    const Rect goodRects[] = {{0, 15, 0, 11}, {2, 9, 4, 11}, {6, 13, 2, 5}, {4, 7, 8, 11}};
+    for (const CameraFormat* f : kCameraFormats) {
         SCOPED_TRACE(f->name);
-        Bytes frame = random_bytes(kW * kH * f->bytesPerTwoPixels / 2, 19);
+        Bytes frame = random_bytes(frame_bytes(*f, kW, kH), 19);
         const Whole whole = convert_whole(*f, frame, kW, kH);
-        for (const Rect& r : kGoodRects) {
+        for (const Rect& r : goodRects) {
             const int n = r.w() * r.h();
-            Bytes rgb(n * 3), grey(n), red(n), half(n / 4), quarter((r.w() / 4) * (r.h() / 4) * 3);
-            ASSERT_TRUE(f->rgbAndGrey(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, rgb.data(), grey.data()));
-            EXPECT_EQ(rgb, crop(whole.rgb, kW, 3, r.x1, r.y1, 1, r.w(), r.h()));
-            EXPECT_EQ(grey, crop(whole.grey, kW, 1, r.x1, r.y1, 1, r.w(), r.h()));
-            Bytes rgbOnly(n * 3);
-            ASSERT_TRUE(f->rgb(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, rgbOnly.data()));
+            Bytes rgb(n * 3), grey(n), rgbOnly(n * 3), red(n), half(n / 4), quarter((r.w() / 4) * (r.h() / 4) * 3);
+            ASSERT_TRUE(f->rectRgbAndGrey(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, rgb.data(), grey.data()));
+            EXPECT_EQ(rgb, crop(whole.rgb, kW, 3, r.x1, r.y1, r.w(), r.h()));
+            EXPECT_EQ(grey, crop(whole.grey, kW, 1, r.x1, r.y1, r.w(), r.h()));
+            ASSERT_TRUE(f->rectRgb(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, rgbOnly.data()));
             EXPECT_EQ(rgbOnly, rgb);
-            ASSERT_TRUE(f->red(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, red.data()));
-            EXPECT_EQ(red, crop(whole.red, kW, 1, r.x1, r.y1, 1, r.w(), r.h()));
-            ASSERT_TRUE(f->redHalf(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, half.data()));
-            EXPECT_EQ(half, crop(whole.red, kW, 1, r.x1, r.y1, 2, r.w() / 2, r.h() / 2));
-            ASSERT_TRUE(f->quarter(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, quarter.data()));
-            EXPECT_EQ(quarter, crop(whole.rgb, kW, 3, r.x1, r.y1, 4, r.w() / 4, r.h() / 4));
+            ASSERT_TRUE(f->rectRed(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, red.data()));
+            EXPECT_EQ(red, crop(whole.red, kW, 1, r.x1, r.y1, r.w(), r.h()));
+            ASSERT_TRUE(f->rectRedHalf(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, half.data()));
+            EXPECT_EQ(half, crop(whole.red, kW, 1, r.x1, r.y1, r.w() / 2, r.h() / 2, 2));
+            ASSERT_TRUE(f->rectQuarter(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, quarter.data()));
+            EXPECT_EQ(quarter, crop(whole.rgb, kW, 3, r.x1, r.y1, r.w() / 4, r.h() / 4, 4));
         }
-    }
-}
-
-TEST(CameraRect, GreyCopiesAreTheYSamplesOfTheRectangle) {
-    using GreyFn = void (*)(unsigned char*, int, int, int, int, int, int, unsigned char*);
-    const GreyFn greyCopies[] = {QelCopyYUV420PRect2Gry, QelCopyYUV420SPRect2Gry, QelCopyYUV422PRect2Gry,
-                                 QelCopyCbYCrYRect2Gry};
-    for (int i = 0; i < 4; ++i) {
-        Bytes frame = random_bytes(kW * kH * kFormats[i]->bytesPerTwoPixels / 2, 20);
-        const Whole whole = convert_whole(*kFormats[i], frame, kW, kH);
+        // Grey copies take any rectangle, odd corners too.
         Bytes grey(3 * 4);
-        greyCopies[i](frame.data(), kW, kH, 3, 5, 1, 4, grey.data());  // odd corners are fine
-        EXPECT_EQ(grey, crop(whole.grey, kW, 1, 3, 1, 1, 3, 4)) << kFormats[i]->name;
+        f->rectGrey(frame.data(), kW, kH, 3, 5, 1, 4, grey.data());
+        EXPECT_EQ(grey, crop(whole.grey, kW, 1, 3, 1, 3, 4));
     }
 }
 
-TEST(CameraRect, QuarterCopyOfAnEightSquareTakesFourCorners) {
-    const int w = 8, h = 8;
-    Bytes frame = random_bytes(w * h * 3 / 2, 8);
-    const Whole whole = convert_whole(kYuv420P, frame, w, h);
+// The worked sizes of the reduced copies: nothing is written past them.
+TEST(CameraRect, ReducedCopiesKeepTheDocumentedPixels) {
+    // An 8 x 8 rectangle from (0, 0) gives 2 x 2 pixels: (0, 0), (4, 0), (0, 4), (4, 4).
+    Bytes frame = random_bytes(8 * 8 * 3 / 2, 8);
     Bytes out(2 * 2 * 3 + 3, kUntouched);
-    ASSERT_TRUE(QelCopyYUV420PScale4Rect(frame.data(), w, h, 0, 7, 0, 7, out.data()));
-    Bytes expected = crop(whole.rgb, w, 3, 0, 0, 4, 2, 2);
-    expected.insert(expected.end(), 3, kUntouched);
-    EXPECT_EQ(out, expected);
-}
+    ASSERT_TRUE(QelCopyYUV420PScale4Rect(frame.data(), 8, 8, 0, 7, 0, 7, out.data()));
+    expect_written(out, crop(convert_whole(qel_test::kYuv420P, frame, 8, 8).rgb, 8, 3, 0, 0, 2, 2, 4));
 
-TEST(CameraRect, QuarterCopyRoundsPartialStepsUp) {
-    // rect width 6 keeps columns x1 and x1 + 4; rect height 2 keeps one row
-    Bytes frame = random_bytes(kW * kH * 3 / 2, 9);
-    const Whole whole = convert_whole(kYuv420SP, frame, kW, kH);
-    Bytes out(2 * 3 + 1, kUntouched);
+    // Partial steps round up: rect width 6 keeps columns x1 and x1 + 4; rect height 2 keeps one row.
+    frame = random_bytes(kW * kH * 3 / 2, 9);
+    out.assign(2 * 3 + 1, kUntouched);
     ASSERT_TRUE(QelCopyYUV420SPScale4Rect(frame.data(), kW, kH, 2, 7, 4, 5, out.data()));
-    EXPECT_EQ(Bytes(out.begin(), out.end() - 1), crop(whole.rgb, kW, 3, 2, 4, 4, 2, 1));
-    EXPECT_EQ(out.back(), kUntouched);
-}
+    expect_written(out, crop(convert_whole(qel_test::kYuv420SP, frame, kW, kH).rgb, kW, 3, 2, 4, 2, 1, 4));
 
-TEST(CameraRect, HalfRedImageOfAFourByTwoRectangleIsTwoBytes) {
-    Bytes frame = random_bytes(kW * kH * 3 / 2, 10);
-    const Whole whole = convert_whole(kYuv420P, frame, kW, kH);
-    Bytes out(3, kUntouched);
+    // The half red image of a 4 x 2 rectangle is 2 bytes.
+    frame = random_bytes(kW * kH * 3 / 2, 10);
+    const Whole whole = convert_whole(qel_test::kYuv420P, frame, kW, kH);
+    out.assign(3, kUntouched);
     ASSERT_TRUE(QelCopyYUV420PRect2RedImgShrink2(frame.data(), kW, kH, 4, 7, 2, 3, out.data()));
-    EXPECT_EQ(out, (Bytes{whole.red[2 * kW + 4], whole.red[2 * kW + 6], kUntouched}));
+    expect_written(out, {whole.red[2 * kW + 4], whole.red[2 * kW + 6]});
+
+    // 4:2:2 keeps every second row even of an odd height: rect 4 x 5 from (2, 1) -> rows 1, 3; columns 2, 4.
+    frame = random_bytes(kW * kH * 2, 13);
+    out.assign(2 * 2 + 1, kUntouched);
+    ASSERT_TRUE(QelCopyYUV422PRect2RedImgShrink2(frame.data(), kW, kH, 2, 5, 1, 5, out.data()));
+    expect_written(out, crop(convert_whole(qel_test::kYuv422P, frame, kW, kH).red, kW, 1, 2, 1, 2, 2, 2));
 }
 
 TEST(CameraRect, FullChromaSwingClampsBlueAndGreenToZero) {
@@ -166,12 +110,8 @@ TEST(CameraRect, FullChromaSwingClampsBlueAndGreenToZero) {
     Bytes rgb(12), red(4);
     ASSERT_TRUE(QelCopyYUV420PRect2RGB(frame.data(), 2, 2, 0, 1, 0, 1, rgb.data()));
     ASSERT_TRUE(QelCopyYUV420PRect2RedImg(frame.data(), 2, 2, 0, 1, 0, 1, red.data()));
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(rgb[i * 3 + 0], 0);
-        EXPECT_EQ(rgb[i * 3 + 1], 0);
-        EXPECT_EQ(rgb[i * 3 + 2], 178);
-        EXPECT_EQ(red[i], 178);
-    }
+    EXPECT_EQ(rgb, (Bytes{0, 0, 178, 0, 0, 178, 0, 0, 178, 0, 0, 178}));
+    EXPECT_EQ(red, Bytes(4, 178));
 }
 
 // ---- refusals --------------------------------------------------------------------------------------
@@ -204,7 +144,7 @@ TEST(CameraRect, EachCheckRefusesAndWritesNothing) {
         SCOPED_TRACE(r.what);
         Bytes out(256, kUntouched);
         EXPECT_FALSE(r.call(frame.data(), out.data()));
-        EXPECT_TRUE(std::all_of(out.begin(), out.end(), [](unsigned char b) { return b == kUntouched; }));
+        EXPECT_TRUE(all_equal(out, kUntouched));
     }
 }
 
@@ -213,30 +153,22 @@ TEST(CameraRect, MembersWithPerRowChromaDoNotCheckRows) {
     Bytes out(5 * 4 * 3);
     // odd y1 and odd rect height
     EXPECT_TRUE(QelCopyCbYCrYRect2RGB(frame.data(), kW, kH, 2, 5, 3, 7, out.data()));
-    EXPECT_EQ(out, crop(convert_whole(kCbYCrY, frame, kW, kH).rgb, kW, 3, 2, 3, 1, 4, 5));
+    EXPECT_EQ(out, crop(convert_whole(qel_test::kCbYCrY, frame, kW, kH).rgb, kW, 3, 2, 3, 4, 5));
     EXPECT_TRUE(QelCopyYUV422PRect2RGB(frame.data(), kW, kH, 2, 5, 3, 7, out.data()));
-    EXPECT_EQ(out, crop(convert_whole(kYuv422P, frame, kW, kH).rgb, kW, 3, 2, 3, 1, 4, 5));
+    EXPECT_EQ(out, crop(convert_whole(qel_test::kYuv422P, frame, kW, kH).rgb, kW, 3, 2, 3, 4, 5));
     // 4:2:2 frames of odd height are fine for the one-output copies
     EXPECT_TRUE(QelCopyYUV422PRect2RedImg(frame.data(), kW, kH - 1, 0, 3, 0, 2, out.data()));
     // the quarter copy checks x1 but not y1
     EXPECT_TRUE(QelCopyYUV422PScale4Rect(frame.data(), kW, kH, 2, 5, 1, 4, out.data()));
 }
 
-TEST(CameraRect, HalfRedImageOf422PTakesEverySecondRowOfAnOddHeight) {
-    Bytes frame = random_bytes(kW * kH * 2, 13);
-    Bytes out(2 * 2 + 1, kUntouched);
-    // rect 4 x 5 from (2, 1): rows 1 and 3, columns 2 and 4
-    ASSERT_TRUE(QelCopyYUV422PRect2RedImgShrink2(frame.data(), kW, kH, 2, 5, 1, 5, out.data()));
-    EXPECT_EQ(out.back(), kUntouched);
-    EXPECT_EQ(Bytes(out.begin(), out.end() - 1), crop(convert_whole(kYuv422P, frame, kW, kH).red, kW, 1, 2, 1, 2, 2, 2));
-}
-
 // ---- same-format copies --------------------------------------------------------------------------
 
-TEST(CameraRect, SemiPlanarSubFrameDecodesLikeTheRectangle) {
+TEST(CameraRect, SubFramesDecodeLikeTheRectangle) {
+    // YUV420SP: the rectangle's Y rows, then its rows of interleaved chroma.
     Bytes frame = random_bytes(kW * kH * 3 / 2, 14);
     const Rect r{6, 13, 2, 9};
-    const int w = r.w(), h = r.h();
+    int w = r.w(), h = r.h();
     Bytes sub(w * h * 3 / 2 + 1, kUntouched);
     ASSERT_TRUE(QelCopyYUV420SPRect(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, sub.data()));
     EXPECT_EQ(sub.back(), kUntouched);
@@ -244,14 +176,12 @@ TEST(CameraRect, SemiPlanarSubFrameDecodesLikeTheRectangle) {
     ASSERT_TRUE(QelCopyYUV420SPRect2RGB(sub.data(), w, h, 0, w - 1, 0, h - 1, fromSub.data()));
     ASSERT_TRUE(QelCopyYUV420SPRect2RGB(frame.data(), kW, kH, r.x1, r.x2, r.y1, r.y2, fromFrame.data()));
     EXPECT_EQ(fromSub, fromFrame);
-}
 
-TEST(CameraRect, CbYCrYRawCopyIsTwoBytesPerPixel) {
-    Bytes frame = random_bytes(kW * kH * 2, 15);
-    Bytes sub(4 * 2 * 2);
+    // CbYCrY: a raw copy, two bytes a pixel.
+    frame = random_bytes(kW * kH * 2, 15);
+    sub.assign(4 * 2 * 2, 0);
     QelCopyCbYCrYRect(frame.data(), kW, kH, 4, 7, 5, 6, sub.data());
-    for (int j = 0; j < 2; ++j)
-        for (int i = 0; i < 8; ++i) EXPECT_EQ(sub[j * 8 + i], frame[(5 + j) * kW * 2 + 8 + i]);
+    EXPECT_EQ(sub, crop(frame, kW, 2, 4, 5, 4, 2));
     Bytes viaSub(8 * 3), direct(8 * 3);
     ASSERT_TRUE(QelCopyCbYCrYRect2RGB(sub.data(), 4, 2, 0, 3, 0, 1, viaSub.data()));
     ASSERT_TRUE(QelCopyCbYCrYRect2RGB(frame.data(), kW, kH, 4, 7, 5, 6, direct.data()));
@@ -262,12 +192,12 @@ TEST(CameraRect, CbYCrYRawCopyIsTwoBytesPerPixel) {
 
 TEST(CameraRect, CbYCrYRedImageWithOddX1UsesEachPixelsOwnPair) {
     Bytes frame = random_bytes(kW * kH * 2, 16);
-    const Whole whole = convert_whole(kCbYCrY, frame, kW, kH);
+    const Whole whole = convert_whole(qel_test::kCbYCrY, frame, kW, kH);
     Bytes red(3 * 2), half(1);
     QelCopyCbYCrYRect2RedImg(frame.data(), kW, kH, 3, 5, 2, 3, red.data());
-    EXPECT_EQ(red, crop(whole.red, kW, 1, 3, 2, 1, 3, 2));
+    EXPECT_EQ(red, crop(whole.red, kW, 1, 3, 2, 3, 2));
     QelCopyCbYCrYRect2RedImgShrink2(frame.data(), kW, kH, 3, 5, 2, 4, half.data());
-    EXPECT_EQ(half, crop(whole.red, kW, 1, 3, 2, 2, 1, 1));
+    EXPECT_EQ(half, crop(whole.red, kW, 1, 3, 2, 1, 1, 2));
 }
 
 TEST(CameraRect, LonePixelOfAnOddWidthCbYCrYRowTakesNeutralChroma) {
@@ -287,29 +217,31 @@ TEST(CameraRect, LonePixelOfAnOddWidthCbYCrYRowTakesNeutralChroma) {
 
 TEST(RgbRect, CopiesAreCropsOfTheImage) {
     const int w = 9, h = 7;
-    Bytes image = random_bytes(w * h * 3, 17);
+    Bytes image = qel_test::random_bgr(w, h, 17);
     const Rect r{2, 6, 1, 5};
-    Bytes crop, cropGrey;
-    for (int y = r.y1; y <= r.y2; ++y)
-        for (int x = r.x1; x <= r.x2; ++x) {
-            for (int b = 0; b < 3; ++b) crop.push_back(image[(y * w + x) * 3 + b]);
-            cropGrey.push_back(image[y * w + x]);
-        }
-    Bytes out(crop.size()), grey(r.w() * r.h());
+    const Bytes expected = crop(image, w, 3, r.x1, r.y1, r.w(), r.h());
+    Bytes out(expected.size()), grey(r.w() * r.h());
     QelCopyRGBRect(image.data(), w, h, r.x1, r.x2, r.y1, r.y2, out.data());
-    EXPECT_EQ(out, crop);
+    EXPECT_EQ(out, expected);
     QelCopyGryRect(image.data(), w, h * 3, r.x1, r.x2, r.y1, r.y2, grey.data());
-    EXPECT_EQ(grey, cropGrey);
+    EXPECT_EQ(grey, crop(image, w, 1, r.x1, r.y1, r.w(), r.h()));
 
     Bytes red(grey.size()), green(grey.size()), blue(grey.size()), sel(grey.size());
     QelCopyRGBRect2Gry(image.data(), w, h, r.x1, r.x2, r.y1, r.y2, red.data(), green.data(), blue.data());
     QelSelectRGBRect2Gry(image.data(), w, h, r.x1, r.x2, r.y1, r.y2, 1, sel.data());
     for (size_t k = 0; k < grey.size(); ++k) {
-        EXPECT_EQ(red[k], crop[k * 3 + 2]);
-        EXPECT_EQ(green[k], crop[k * 3 + 1]);
-        EXPECT_EQ(blue[k], crop[k * 3 + 0]);
-        EXPECT_EQ(sel[k], crop[k * 3 + 1]);
+        EXPECT_EQ(red[k], expected[k * 3 + 2]);
+        EXPECT_EQ(green[k], expected[k * 3 + 1]);
+        EXPECT_EQ(blue[k], expected[k * 3 + 0]);
+        EXPECT_EQ(sel[k], expected[k * 3 + 1]);
     }
+
+    // The quarter copy keeps every fourth pixel of every fourth row.
+    const int qw = 10, qh = 9;
+    image = qel_test::random_bgr(qw, qh, 18);
+    out.assign(2 * 2 * 3, 0);
+    QelCopyRGBScale4Rect(image.data(), qw, qh, 1, 6, 2, 7, out.data());
+    EXPECT_EQ(out, crop(image, qw, 3, 1, 2, 2, 2, 4));
 }
 
 TEST(RgbRect, RectangleGreyPutsWeight306OnByteZero) {
@@ -323,18 +255,6 @@ TEST(RgbRect, RectangleGreyPutsWeight306OnByteZero) {
     Bytes wholeGrey(3);
     QelRGB2Gry(image.data(), 3, 1, wholeGrey.data());
     EXPECT_EQ(wholeGrey[0], 29);  // the whole-frame grey weighs byte 0 as blue
-}
-
-TEST(RgbRect, QuarterCopyKeepsEveryFourthPixelOfEveryFourthRow) {
-    const int w = 10, h = 9;
-    Bytes image = random_bytes(w * h * 3, 18);
-    Bytes out(2 * 2 * 3);
-    QelCopyRGBScale4Rect(image.data(), w, h, 1, 6, 2, 7, out.data());
-    const int xs[] = {1, 5}, ys[] = {2, 6};
-    for (int j = 0; j < 2; ++j)
-        for (int i = 0; i < 2; ++i)
-            for (int b = 0; b < 3; ++b)
-                EXPECT_EQ(out[(j * 2 + i) * 3 + b], image[(ys[j] * w + xs[i]) * 3 + b]);
 }
 
 TEST(RgbRect, ColourBinarisationByHand) {
@@ -353,13 +273,10 @@ TEST(RgbRect, ColourBinarisationByHand) {
     EXPECT_EQ(binary, (Bytes{255, 255, 0, 255}));
     QelCopyRGB2GryBinImg(image.data(), 3, 2, 0, 1, 0, 1, false, grey.data(), binary.data(), &w, &h);
     EXPECT_EQ(binary, (Bytes{0, 0, 255, 0}));
-}
 
-TEST(RgbRect, ColourBinarisationOfAUniformRectangleIsAllObjectWhenDark) {
-    // Every pixel falls in the dark class; the empty bright class has mean colour 0, 0, 0.
-    Bytes image(4 * 3, 100);
-    Bytes grey(4), binary(4);
-    int w = 0, h = 0;
+    // A uniform rectangle falls wholly in the dark class; the empty bright class has mean colour
+    // 0, 0, 0, so every pixel is object when the object is dark and none when it is bright.
+    image.assign(4 * 3, 100);
     QelCopyRGB2GryBinImg(image.data(), 2, 2, 0, 1, 0, 1, false, grey.data(), binary.data(), &w, &h);
     EXPECT_EQ(binary, Bytes(4, 255));
     QelCopyRGB2GryBinImg(image.data(), 2, 2, 0, 1, 0, 1, true, grey.data(), binary.data(), &w, &h);

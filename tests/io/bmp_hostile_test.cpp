@@ -4,34 +4,17 @@
 #include <gtest/gtest.h>
 #include <qel.h>
 
-#include <climits>
 #include <cstdint>
-#include <cstdio>
-#include <fstream>
 #include <iterator>
 #include <random>
 #include <string>
-#include <vector>
+
+#include "support/test_images.h"
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-// Unique per test: CTest runs the tests of this file as parallel processes.
-std::string tempPath(const std::string& tag) {
-    const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    return ::testing::TempDir() + "qel_hostile_" + (info != nullptr ? info->name() : "x") + "_" + tag + ".bmp";
-}
-
-Bytes slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return Bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
-void spill(const std::string& path, const Bytes& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
+using qel_test::Bytes;
+using qel_test::TempFile;
 
 void put32(Bytes& b, size_t at, uint32_t v) {
     for (int i = 0; i < 4; ++i) b[at + static_cast<size_t>(i)] = static_cast<unsigned char>(v >> (8 * i));
@@ -39,27 +22,24 @@ void put32(Bytes& b, size_t at, uint32_t v) {
 
 // A valid file written by the library itself, 8-bit or 24-bit.
 Bytes validFile(int width, int height, bool colour, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes pixels(static_cast<size_t>(width) * static_cast<size_t>(height) * (colour ? 3u : 1u));
-    for (auto& p : pixels) p = static_cast<unsigned char>(rng());
-    const std::string path = tempPath("valid");
-    const bool ok = colour ? QelWrite24BitImg2BmpFile(pixels.data(), width, height, path.c_str())
-                           : QelWrite8BitImg2BmpFile(pixels.data(), width, height, path.c_str());
+    Bytes pixels = colour ? qel_test::random_bgr(width, height, seed) : qel_test::random_grey(width, height, seed);
+    TempFile file("valid.bmp");
+    const bool ok = colour ? QelWrite24BitImg2BmpFile(pixels.data(), width, height, file.c_str())
+                           : QelWrite8BitImg2BmpFile(pixels.data(), width, height, file.c_str());
     EXPECT_TRUE(ok);
-    Bytes bytes = slurp(path);
-    std::remove(path.c_str());
+    Bytes bytes = qel_test::read_all(file.c_str());
     EXPECT_GE(bytes.size(), 54u);
     if (bytes.size() < 54) bytes.resize(54);
     return bytes;
 }
 
 // Reads the file with both readers; a non-null result must be a whole image of the reported size.
-void readBoth(const std::string& path, size_t fileSize) {
+void readBoth(const char* path, size_t fileSize) {
     for (int bytesPerPixel : {1, 3}) {
         int w = -7;
         int h = -7;
-        unsigned char* img = bytesPerPixel == 3 ? QelRead24BitBmpFile2Img(path.c_str(), &w, &h)
-                                                : QelRead8BitBmpFile2Img(path.c_str(), &w, &h);
+        unsigned char* img = bytesPerPixel == 3 ? QelRead24BitBmpFile2Img(path, &w, &h)
+                                                : QelRead8BitBmpFile2Img(path, &w, &h);
         if (img == nullptr) continue;
         ASSERT_GT(w, 0);
         ASSERT_GT(h, 0);
@@ -76,22 +56,21 @@ void readBoth(const std::string& path, size_t fileSize) {
 }
 
 TEST(BmpHostileFiles, RandomTruncationsNeverOverRead) {
-    const std::string path = tempPath("truncated");
+    TempFile path("truncated.bmp");
     std::mt19937 rng(1);
     for (int round = 0; round < 120; ++round) {
         const bool colour = (round % 2) == 0;
         Bytes file = validFile(1 + round % 7, 1 + (round / 7) % 5, colour, static_cast<unsigned>(round));
         const size_t keep = std::uniform_int_distribution<size_t>(0, file.size())(rng);
         file.resize(keep);
-        spill(path, file);
+        qel_test::write_all(path.c_str(), file);
         SCOPED_TRACE("round " + std::to_string(round) + ", kept " + std::to_string(keep) + " bytes");
-        readBoth(path, file.size());
+        readBoth(path.c_str(), file.size());
     }
-    std::remove(path.c_str());
 }
 
 TEST(BmpHostileFiles, CorruptHeaderFieldsGiveNullOrAWholeImage) {
-    const std::string path = tempPath("corrupt");
+    TempFile path("corrupt.bmp");
     const uint32_t extremes[] = {0u, 1u, 2u, 0x7fffffffu, 0x80000000u, 0xffffffffu, 0xfffffffeu,
                                  65536u, 1u << 20, 46341u, 0x40000000u, 53u, 54u, 1078u};
     std::mt19937 rng(2);
@@ -106,28 +85,10 @@ TEST(BmpHostileFiles, CorruptHeaderFieldsGiveNullOrAWholeImage) {
             put32(file, at, v);
         }
         if (rng() % 4 == 0) file[rng() % 54] = static_cast<unsigned char>(rng());
-        spill(path, file);
+        qel_test::write_all(path.c_str(), file);
         SCOPED_TRACE("round " + std::to_string(round));
-        readBoth(path, file.size());
+        readBoth(path.c_str(), file.size());
     }
-    std::remove(path.c_str());
-}
-
-TEST(BmpHostileFiles, HugeDeclaredSizesAreRefusedWithoutAllocating) {
-    const std::string path = tempPath("huge");
-    Bytes file = validFile(4, 4, true, 3);
-    // 65536 × 65536 × 3 overflows 32 bits; 2^31−1 × 2 is absurd: both must be refused at once.
-    const std::pair<uint32_t, uint32_t> sizes[] = {{65536u, 65536u}, {0x7fffffffu, 2u}, {46341u, 46341u}, {1u, 0x7fffffffu}};
-    for (auto [w, h] : sizes) {
-        put32(file, 18, w);
-        put32(file, 22, h);
-        spill(path, file);
-        int outW = 0;
-        int outH = 0;
-        EXPECT_EQ(QelRead24BitBmpFile2Img(path.c_str(), &outW, &outH), nullptr) << w << " x " << h;
-        EXPECT_EQ(QelRead8BitBmpFile2Img(path.c_str(), &outW, &outH), nullptr) << w << " x " << h;
-    }
-    std::remove(path.c_str());
 }
 
 }  // namespace

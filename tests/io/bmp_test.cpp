@@ -5,17 +5,18 @@
 #include <climits>
 #include <cstdint>
 #include <memory>
-#include <random>
 
-#include "io/test_files.h"
+#include "support/test_images.h"
 
 namespace {
 
 using qel_test::Bytes;
+using qel_test::read_all;
 using qel_test::TempFile;
 
 constexpr int kHeaders = 54;
 constexpr int kEightBitOffset = 54 + 1024;
+const char* const kMissingPath = "/nonexistent-qel-dir/x.bmp";
 
 uint32_t u32_at(const Bytes& b, size_t at) {
     return b[at] | b[at + 1] << 8 | b[at + 2] << 16 | static_cast<uint32_t>(b[at + 3]) << 24;
@@ -23,13 +24,6 @@ uint32_t u32_at(const Bytes& b, size_t at) {
 uint32_t u16_at(const Bytes& b, size_t at) { return b[at] | b[at + 1] << 8; }
 void put_u32(Bytes& b, size_t at, uint32_t v) {
     for (int k = 0; k < 4; ++k) b[at + k] = static_cast<unsigned char>(v >> (8 * k));
-}
-
-Bytes random_bytes(size_t n, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes b(n);
-    for (auto& x : b) x = static_cast<unsigned char>(rng());
-    return b;
 }
 
 struct Read {
@@ -49,6 +43,17 @@ Read read8(const char* path) {
     return r;
 }
 
+// The two depths: bytes per pixel, where the pixels start in the file, the writer and the reader.
+struct Depth {
+    const char* name;
+    int bytesPerPixel;
+    int pixelOffset;
+    bool (*write)(unsigned char*, int, int, const char*);
+    Read (*read)(const char*);
+};
+const Depth kRgb{"24-bit", 3, kHeaders, QelWrite24BitImg2BmpFile, read24};
+const Depth kGrey{"8-bit", 1, kEightBitOffset, QelWrite8BitImg2BmpFile, read8};
+
 // A hand-made 24-bit file: headers claiming width x height, offset 54, then `dataBytes` bytes.
 Bytes hostile_file(int32_t width, int32_t height, size_t dataBytes) {
     Bytes b(kHeaders + dataBytes, 0x5A);
@@ -66,83 +71,68 @@ Bytes hostile_file(int32_t width, int32_t height, size_t dataBytes) {
     return b;
 }
 
-TEST(BmpFiles, TwentyFourBitRoundTripIsExactBothWays) {
-    const int w = 5, h = 3;  // 15-byte rows: one pad byte each
-    const Bytes image = random_bytes(w * h * 3, 1);
-    TempFile first("a.bmp"), second("b.bmp");
-    ASSERT_TRUE(QelWrite24BitImg2BmpFile(const_cast<unsigned char*>(image.data()), w, h, first.c_str()));
-    Read r = read24(first.c_str());
-    ASSERT_NE(r.pixels, nullptr);
-    EXPECT_EQ(r.width, w);
-    EXPECT_EQ(r.height, h);
-    EXPECT_EQ(Bytes(r.pixels.get(), r.pixels.get() + image.size()), image);
-    ASSERT_TRUE(QelWrite24BitImg2BmpFile(r.pixels.get(), w, h, second.c_str()));
-    EXPECT_EQ(qel_test::read_all(first.c_str()), qel_test::read_all(second.c_str()));
+// ---- writing ---------------------------------------------------------------------------------
+
+TEST(BmpFiles, RoundTripIsExactBothWaysAndHeadersCarryTheWrittenValues) {
+    struct Case {
+        const Depth& depth;
+        int w, h;
+        unsigned seed;
+    };
+    // 15-byte and 7-byte rows need padding; 12-byte and 8-byte rows need none.
+    const Case cases[] = {{kRgb, 5, 3, 1}, {kGrey, 7, 4, 2}, {kRgb, 4, 2, 3}, {kGrey, 8, 2, 4}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.depth.name << " " << c.w << "x" << c.h);
+        const Bytes image = qel_test::random_bytes(static_cast<size_t>(c.w * c.h * c.depth.bytesPerPixel), c.seed);
+        TempFile first("a.bmp"), second("b.bmp");
+        ASSERT_TRUE(c.depth.write(const_cast<unsigned char*>(image.data()), c.w, c.h, first.c_str()));
+        Read r = c.depth.read(first.c_str());
+        ASSERT_NE(r.pixels, nullptr);
+        EXPECT_EQ(r.width, c.w);
+        EXPECT_EQ(r.height, c.h);
+        EXPECT_EQ(Bytes(r.pixels.get(), r.pixels.get() + image.size()), image);
+        ASSERT_TRUE(c.depth.write(r.pixels.get(), c.w, c.h, second.c_str()));
+        const Bytes b = read_all(first.c_str());
+        EXPECT_EQ(b, read_all(second.c_str()));
+
+        const size_t paddedRow = (c.w * c.depth.bytesPerPixel + 3) / 4 * 4;
+        EXPECT_EQ(b.size(), c.depth.pixelOffset + paddedRow * c.h);
+        EXPECT_EQ(b[0], 'B');
+        EXPECT_EQ(b[1], 'M');
+        EXPECT_EQ(u32_at(b, 2), c.depth.pixelOffset + image.size());  // the padding is left out, intended
+        EXPECT_EQ(u32_at(b, 6), 0u);
+        EXPECT_EQ(u32_at(b, 10), static_cast<uint32_t>(c.depth.pixelOffset));
+        EXPECT_EQ(u32_at(b, 14), 40u);
+        EXPECT_EQ(u32_at(b, 18), static_cast<uint32_t>(c.w));
+        EXPECT_EQ(u32_at(b, 22), static_cast<uint32_t>(c.h));
+        EXPECT_EQ(u16_at(b, 26), 1u);
+        EXPECT_EQ(u16_at(b, 28), static_cast<uint32_t>(8 * c.depth.bytesPerPixel));
+        for (size_t i = 30; i < 54; ++i) EXPECT_EQ(b[i], 0) << "byte " << i;
+    }
 }
 
-TEST(BmpFiles, EightBitRoundTripIsExactBothWays) {
-    const int w = 7, h = 4;
-    const Bytes image = random_bytes(w * h, 2);
-    TempFile first("a.bmp"), second("b.bmp");
-    ASSERT_TRUE(QelWrite8BitImg2BmpFile(const_cast<unsigned char*>(image.data()), w, h, first.c_str()));
-    Read r = read8(first.c_str());
-    ASSERT_NE(r.pixels, nullptr);
-    EXPECT_EQ(r.width, w);
-    EXPECT_EQ(r.height, h);
-    EXPECT_EQ(Bytes(r.pixels.get(), r.pixels.get() + image.size()), image);
-    ASSERT_TRUE(QelWrite8BitImg2BmpFile(r.pixels.get(), w, h, second.c_str()));
-    EXPECT_EQ(qel_test::read_all(first.c_str()), qel_test::read_all(second.c_str()));
-}
-
-TEST(BmpFiles, WriterRepeatsLastBlueInPaddingAndLeavesPaddingOutOfFileSize) {
-    // One row of three pixels: 9 bytes, 3 pad bytes equal to the blue byte of pixel 2.
-    unsigned char row[9] = {1, 2, 3, 4, 5, 6, 77, 8, 9};
-    TempFile file("pad.bmp");
-    ASSERT_TRUE(QelWrite24BitImg2BmpFile(row, 3, 1, file.c_str()));
-    const Bytes b = qel_test::read_all(file.c_str());
-    ASSERT_EQ(b.size(), 66u);
-    EXPECT_EQ(u32_at(b, 2), 63u);
-    EXPECT_EQ(Bytes(b.begin() + kHeaders, b.begin() + kHeaders + 9), Bytes(row, row + 9));
-    EXPECT_EQ(Bytes(b.begin() + 63, b.end()), Bytes(3, 77));
-}
-
-TEST(BmpFiles, EightBitPaddingRepeatsTheRowsLastPixel) {
-    unsigned char image[] = {10, 20, 30, 40, 50, 60};  // 3 x 2: one pad byte per row
-    TempFile file("pad8.bmp");
-    ASSERT_TRUE(QelWrite8BitImg2BmpFile(image, 3, 2, file.c_str()));
-    const Bytes b = qel_test::read_all(file.c_str());
-    ASSERT_EQ(b.size(), static_cast<size_t>(kEightBitOffset + 8));
-    EXPECT_EQ(u32_at(b, 2), static_cast<uint32_t>(kEightBitOffset + 6));
-    const Bytes rows(b.begin() + kEightBitOffset, b.end());
-    EXPECT_EQ(rows, (Bytes{40, 50, 60, 60, 10, 20, 30, 30}));  // bottom row first
-}
-
-TEST(BmpFiles, RowsFillingWholeWordsWriteNoPadding) {
-    const Bytes rgb = random_bytes(4 * 2 * 3, 3);
-    const Bytes grey = random_bytes(8 * 2, 4);
-    TempFile a("a.bmp"), b("b.bmp");
-    ASSERT_TRUE(QelWrite24BitImg2BmpFile(const_cast<unsigned char*>(rgb.data()), 4, 2, a.c_str()));
-    ASSERT_TRUE(QelWrite8BitImg2BmpFile(const_cast<unsigned char*>(grey.data()), 8, 2, b.c_str()));
-    EXPECT_EQ(qel_test::read_all(a.c_str()).size(), static_cast<size_t>(kHeaders + 24));
-    EXPECT_EQ(qel_test::read_all(b.c_str()).size(), static_cast<size_t>(kEightBitOffset + 16));
-}
-
-TEST(BmpFiles, HeadersCarryTheWrittenValues) {
-    const Bytes rgb = random_bytes(6 * 5 * 3, 5);
-    TempFile file("h.bmp");
-    ASSERT_TRUE(QelWrite24BitImg2BmpFile(const_cast<unsigned char*>(rgb.data()), 6, 5, file.c_str()));
-    const Bytes b = qel_test::read_all(file.c_str());
-    EXPECT_EQ(b[0], 'B');
-    EXPECT_EQ(b[1], 'M');
-    EXPECT_EQ(u32_at(b, 2), 6u * 5u * 3u + 54u);
-    EXPECT_EQ(u32_at(b, 6), 0u);
-    EXPECT_EQ(u32_at(b, 10), 54u);
-    EXPECT_EQ(u32_at(b, 14), 40u);
-    EXPECT_EQ(u32_at(b, 18), 6u);
-    EXPECT_EQ(u32_at(b, 22), 5u);
-    EXPECT_EQ(u16_at(b, 26), 1u);
-    EXPECT_EQ(u16_at(b, 28), 24u);
-    for (size_t i = 30; i < 54; ++i) EXPECT_EQ(b[i], 0) << "byte " << i;
+TEST(BmpFiles, PaddingRepeatsTheFirstByteOfTheRowsLastPixel) {
+    struct Case {
+        const Depth& depth;
+        Bytes image;
+        int w, h;
+        Bytes stored;  // the file after the pixel offset: rows bottom first, with their padding
+    };
+    const Case cases[] = {
+        // one row of three pixels: 9 bytes, 3 pad bytes equal to the blue byte of pixel 2
+        {kRgb, {1, 2, 3, 4, 5, 6, 77, 8, 9}, 3, 1, {1, 2, 3, 4, 5, 6, 77, 8, 9, 77, 77, 77}},
+        // 3 x 2 grey: one pad byte per row, bottom row first
+        {kGrey, {10, 20, 30, 40, 50, 60}, 3, 2, {40, 50, 60, 60, 10, 20, 30, 30}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.depth.name);
+        Bytes image = c.image;
+        TempFile file("pad.bmp");
+        ASSERT_TRUE(c.depth.write(image.data(), c.w, c.h, file.c_str()));
+        const Bytes b = read_all(file.c_str());
+        EXPECT_EQ(Bytes(b.begin() + c.depth.pixelOffset, b.end()), c.stored);
+        EXPECT_EQ(u32_at(b, 2), static_cast<uint32_t>(c.depth.pixelOffset + c.image.size()));
+    }
 }
 
 TEST(BmpFiles, PlainPaletteIsAGreyRampAndMarkingPaletteEndsInFourColours) {
@@ -150,11 +140,8 @@ TEST(BmpFiles, PlainPaletteIsAGreyRampAndMarkingPaletteEndsInFourColours) {
     TempFile plain("p.bmp"), marked("m.bmp");
     ASSERT_TRUE(QelWrite8BitImg2BmpFile(&pixel, 1, 1, plain.c_str()));
     ASSERT_TRUE(QelWrite8BitImg2BmpFileMarkColor(&pixel, 1, 1, marked.c_str()));
-    const Bytes p = qel_test::read_all(plain.c_str());
-    const Bytes m = qel_test::read_all(marked.c_str());
-    EXPECT_EQ(u32_at(p, 10), static_cast<uint32_t>(kEightBitOffset));
-    EXPECT_EQ(u32_at(p, 2), static_cast<uint32_t>(kEightBitOffset + 1));
-    EXPECT_EQ(u16_at(p, 28), 8u);
+    const Bytes p = read_all(plain.c_str());
+    const Bytes m = read_all(marked.c_str());
     for (int i = 0; i < 256; ++i) {
         const Bytes grey{static_cast<unsigned char>(i), static_cast<unsigned char>(i), static_cast<unsigned char>(i), 0};
         EXPECT_EQ(Bytes(p.begin() + 54 + 4 * i, p.begin() + 58 + 4 * i), grey) << i;
@@ -171,13 +158,15 @@ TEST(BmpFiles, PlainPaletteIsAGreyRampAndMarkingPaletteEndsInFourColours) {
 
 TEST(BmpFiles, WriterToAMissingDirectoryFails) {
     unsigned char pixel[3] = {};
-    EXPECT_FALSE(QelWrite24BitImg2BmpFile(pixel, 1, 1, "/nonexistent-qel-dir/x.bmp"));
-    EXPECT_FALSE(QelWrite8BitImg2BmpFile(pixel, 1, 1, "/nonexistent-qel-dir/x.bmp"));
+    EXPECT_FALSE(QelWrite24BitImg2BmpFile(pixel, 1, 1, kMissingPath));
+    EXPECT_FALSE(QelWrite8BitImg2BmpFile(pixel, 1, 1, kMissingPath));
 }
+
+// ---- reading ---------------------------------------------------------------------------------
 
 TEST(BmpFiles, ReadsAFileFromAnotherWriter) {
     const char* path = QEL_SAMPLES_DIR "/astronaut.bmp";
-    const Bytes file = qel_test::read_all(path);
+    const Bytes file = read_all(path);
     ASSERT_EQ(file.size(), 512u * 512u * 3u + 54u);
     ASSERT_NE(u32_at(file, 38), 0u);  // this writer fills in the resolution fields
     Read r = read24(path);
@@ -191,7 +180,7 @@ TEST(BmpFiles, ReadsAFileFromAnotherWriter) {
     // Our copy differs only in the header fields the other writer filled in (image size, resolutions).
     TempFile copy("copy.bmp");
     ASSERT_TRUE(QelWrite24BitImg2BmpFile(r.pixels.get(), 512, 512, copy.c_str()));
-    const Bytes ours = qel_test::read_all(copy.c_str());
+    const Bytes ours = read_all(copy.c_str());
     ASSERT_EQ(ours.size(), file.size());
     for (size_t i = 0; i < ours.size(); ++i) {
         if (i < 34 || i >= 46) {
@@ -225,74 +214,57 @@ TEST(BmpFiles, TopDownFileIsReadWithPositiveHeight) {
 }
 
 TEST(BmpFiles, MissingFinalPadFailsOnlyTheEightBitReader) {
-    Bytes b = hostile_file(1, 2, 7);  // 24-bit: rows of 3 + 1 pad, last pad missing
-    TempFile file("short_pad.bmp");
-    qel_test::write_all(file.c_str(), b);
+    TempFile file("short_pad.bmp"), grey("short_pad8.bmp");
+    qel_test::write_all(file.c_str(), hostile_file(1, 2, 7));  // 24-bit: rows of 3 + 1 pad, last pad missing
     EXPECT_NE(read24(file.c_str()).pixels, nullptr);
-    Bytes g = hostile_file(3, 1, 3);  // 8-bit: one row of 3 bytes, its pad byte missing
-    TempFile grey("short_pad8.bmp");
-    qel_test::write_all(grey.c_str(), g);
+    qel_test::write_all(grey.c_str(), hostile_file(3, 1, 3));  // 8-bit: one row of 3 bytes, its pad byte missing
     Read r = read8(grey.c_str());
     EXPECT_EQ(r.pixels, nullptr);
     EXPECT_EQ(r.width, 3);
     EXPECT_EQ(r.height, 1);
 }
 
-TEST(BmpFiles, OffsetBelowTheHeadersIsRefusedByBothReaders) {
-    Bytes b = hostile_file(2, 2, 64);
-    put_u32(b, 10, 53);
-    TempFile file("off.bmp");
-    qel_test::write_all(file.c_str(), b);
-    EXPECT_EQ(read24(file.c_str()).pixels, nullptr);
-    Read r = read8(file.c_str());
-    EXPECT_EQ(r.pixels, nullptr);
-    EXPECT_EQ(r.width, 0);  // refused before the sizes are taken
-    EXPECT_EQ(r.height, 0);
-}
-
+// Both readers return null without reading or allocating too much, and report the sizes they got
+// to (0 when the file was refused before its sizes were taken).
 TEST(BmpFiles, HostileFilesReturnNullWithoutReadingOrAllocatingTooMuch) {
     struct Case {
         const char* name;
         int32_t width, height;
         size_t data;
+        uint32_t pixelOffset;
+        size_t keptBytes;  // the file is cut to this length; 0 keeps it whole
         int outWidth, outHeight;
     };
     const Case cases[] = {
-        {"zero width", 0, 4, 64, 0, 4},
-        {"zero height", 4, 0, 64, 4, 0},
-        {"negative width", -4, 4, 64, -4, 4},
-        {"most negative height", 4, INT32_MIN, 64, 4, INT32_MIN},
-        {"enormous", 100000, 100000, 64, 100000, 100000},
-        {"product overflows", INT32_MAX, INT32_MAX, 64, INT32_MAX, INT32_MAX},
-        {"top-down enormous", 70000, -70000, 64, 70000, 70000},
-        {"truncated rows", 4, 16, 63, 4, 16},  // needs 64 bytes even as 8-bit
+        {"zero width", 0, 4, 64, 54, 0, 0, 4},
+        {"zero height", 4, 0, 64, 54, 0, 4, 0},
+        {"negative width", -4, 4, 64, 54, 0, -4, 4},
+        {"most negative height", 4, INT32_MIN, 64, 54, 0, 4, INT32_MIN},
+        {"enormous", 100000, 100000, 64, 54, 0, 100000, 100000},
+        {"product overflows", INT32_MAX, INT32_MAX, 64, 54, 0, INT32_MAX, INT32_MAX},
+        {"65536 x 65536 x 3 overflows 32 bits", 65536, 65536, 64, 54, 0, 65536, 65536},
+        {"46341 squared overflows 31 bits", 46341, 46341, 64, 54, 0, 46341, 46341},
+        {"absurd width", INT32_MAX, 2, 64, 54, 0, INT32_MAX, 2},
+        {"absurd height", 1, INT32_MAX, 64, 54, 0, 1, INT32_MAX},
+        {"top-down enormous", 70000, -70000, 64, 54, 0, 70000, 70000},
+        {"truncated rows", 4, 16, 63, 54, 0, 4, 16},  // needs 64 bytes even as 8-bit
+        {"offset below the headers", 2, 2, 64, 53, 0, 0, 0},
+        {"offset past the end", 1, 1, 4, 0xFFFFFFF0u, 0, 1, 1},
+        {"header cut short", 2, 2, 0, 54, 53, 0, 0},
     };
     for (const Case& c : cases) {
+        Bytes b = hostile_file(c.width, c.height, c.data);
+        put_u32(b, 10, c.pixelOffset);
+        if (c.keptBytes != 0) b.resize(c.keptBytes);
         TempFile file("hostile.bmp");
-        qel_test::write_all(file.c_str(), hostile_file(c.width, c.height, c.data));
+        qel_test::write_all(file.c_str(), b);
         for (const Read& r : {read24(file.c_str()), read8(file.c_str())}) {
             EXPECT_EQ(r.pixels, nullptr) << c.name;
             EXPECT_EQ(r.width, c.outWidth) << c.name;
             EXPECT_EQ(r.height, c.outHeight) << c.name;
         }
     }
-}
-
-TEST(BmpFiles, OffsetPastTheEndIsRefused) {
-    Bytes b = hostile_file(1, 1, 4);
-    put_u32(b, 10, 0xFFFFFFF0u);
-    TempFile file("past.bmp");
-    qel_test::write_all(file.c_str(), b);
-    EXPECT_EQ(read24(file.c_str()).pixels, nullptr);
-    EXPECT_EQ(read8(file.c_str()).pixels, nullptr);
-}
-
-TEST(BmpFiles, ShortHeaderOrMissingFileLeavesSizesZero) {
-    TempFile file("short.bmp");
-    Bytes b = hostile_file(2, 2, 0);
-    b.resize(53);
-    qel_test::write_all(file.c_str(), b);
-    for (const Read& r : {read24(file.c_str()), read8(file.c_str()), read24("/nonexistent-qel-dir/x.bmp")}) {
+    for (const Read& r : {read24(kMissingPath), read8(kMissingPath)}) {
         EXPECT_EQ(r.pixels, nullptr);
         EXPECT_EQ(r.width, 0);
         EXPECT_EQ(r.height, 0);

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "io/test_files.h"
+#include "support/test_images.h"
 
 namespace {
 

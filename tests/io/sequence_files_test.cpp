@@ -3,8 +3,9 @@
 #include <qel.h>
 
 #include <string>
+#include <vector>
 
-#include "io/test_files.h"
+#include "support/test_images.h"
 
 namespace {
 
@@ -32,46 +33,38 @@ TEST(SequenceFiles, GettersFailBeforeAnyInitialize) {
     EXPECT_EQ(next(), "<false>");
 }
 
-TEST(SequenceFiles, LinesAreFoundByIndexAndInTurn) {
-    TempFile file("list.txt");
-    ASSERT_TRUE(init_with(file, "a.bmp\r\nb.bmp\r\n"));
-    EXPECT_EQ(line(0), "a.bmp");
-    EXPECT_EQ(line(1), "b.bmp");
-    EXPECT_EQ(line(2), "<false>");
-    EXPECT_EQ(line(-1), "<false>");
-    EXPECT_EQ(next(), "a.bmp");
-    EXPECT_EQ(line(0), "a.bmp");  // does not move the cursor
-    EXPECT_EQ(next(), "b.bmp");
-    EXPECT_EQ(next(), "<false>");
-    EXPECT_EQ(next(), "<false>");
+// The lines of each list, as found by index and in turn.
+TEST(SequenceFiles, LinesEndAtCrLfWithTrailingSpacesRemoved) {
+    struct Case {
+        const char* what;
+        std::string text;
+        std::vector<std::string> lines;
+    };
+    const Case cases[] = {
+        {"two lines", "a.bmp\r\nb.bmp\r\n", {"a.bmp", "b.bmp"}},
+        {"a last line without line end is never returned", "a.bmp\r\nb.bmp", {"a.bmp"}},
+        {"Unix line ends are not line ends", "a.bmp\nb.bmp\n", {}},
+        {"trailing spaces go, leading spaces and tabs stay", "  a b.bmp   \r\nc.bmp\t \r\n   \r\n\r\n",
+         {"  a b.bmp", "c.bmp\t", "", ""}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        TempFile file("list.txt");
+        ASSERT_TRUE(init_with(file, c.text));
+        const int n = static_cast<int>(c.lines.size());
+        for (int i = 0; i < n; ++i) EXPECT_EQ(line(i), c.lines[i]);
+        EXPECT_EQ(line(n), "<false>");
+        EXPECT_EQ(line(-1), "<false>");
+        for (int i = 0; i < n; ++i) {
+            EXPECT_EQ(next(), c.lines[i]);
+            EXPECT_EQ(line(0), c.lines[0]);  // does not move the cursor
+        }
+        EXPECT_EQ(next(), "<false>");
+        EXPECT_EQ(next(), "<false>");
+    }
 }
 
-TEST(SequenceFiles, LastLineWithoutLineEndIsNeverReturned) {
-    TempFile file("list.txt");
-    ASSERT_TRUE(init_with(file, "a.bmp\r\nb.bmp"));
-    EXPECT_EQ(line(1), "<false>");
-    EXPECT_EQ(next(), "a.bmp");
-    EXPECT_EQ(next(), "<false>");
-}
-
-TEST(SequenceFiles, UnixLineEndsAreNotLineEnds) {
-    TempFile file("list.txt");
-    ASSERT_TRUE(init_with(file, "a.bmp\nb.bmp\n"));
-    EXPECT_EQ(line(0), "<false>");
-    EXPECT_EQ(next(), "<false>");
-}
-
-TEST(SequenceFiles, TrailingSpacesGoLeadingSpacesAndTabsStay) {
-    TempFile file("list.txt");
-    ASSERT_TRUE(init_with(file, "  a b.bmp   \r\nc.bmp\t \r\n   \r\n\r\n"));
-    EXPECT_EQ(line(0), "  a b.bmp");
-    EXPECT_EQ(line(1), "c.bmp\t");
-    EXPECT_EQ(line(2), "");
-    EXPECT_EQ(line(3), "");
-    EXPECT_EQ(line(4), "<false>");
-}
-
-TEST(SequenceFiles, LineNeedsRoomForItsTerminatorAndIsSkippedWhenTooLong) {
+TEST(SequenceFiles, LineNeedsRoomForItsTerminatorAndTheBufferIsZeroedEvenWhenFailing) {
     TempFile file("list.txt");
     ASSERT_TRUE(init_with(file, "abcd\r\nxy\r\n"));
     EXPECT_EQ(line(0, 4), "<false>");
@@ -79,11 +72,7 @@ TEST(SequenceFiles, LineNeedsRoomForItsTerminatorAndIsSkippedWhenTooLong) {
     EXPECT_EQ(next(4), "<false>");
     EXPECT_EQ(next(4), "xy");  // the long line was skipped
     EXPECT_EQ(next(4), "<false>");
-}
 
-TEST(SequenceFiles, GetterZeroesTheWholeBufferEvenWhenFailing) {
-    TempFile file("list.txt");
-    ASSERT_TRUE(init_with(file, "abcd\r\n"));
     char buf[4] = {'x', 'x', 'x', 'x'};
     EXPECT_FALSE(QelSequenceFiles_GetFileName(0, buf, 4));
     for (char c : buf) EXPECT_EQ(c, '\0');
