@@ -1,9 +1,10 @@
 // Grey-value corrections: inversion, remapping of the mark levels, 16-level stretch, brightness
 // normalisation, gain profiles across rows and columns and per-row or per-column lighting
 // correction. Each is a look-up table (one per image, row or column) applied to every pixel.
-#include "qel/histogram.h"
+#include "histogram/statistics.h"
 
 #include "core/lut.h"
+#include "qel/histogram.h"
 
 #include <cmath>
 #include <cstddef>
@@ -13,7 +14,8 @@
 
 namespace {
 
-constexpr int kLevels = 256;
+using qel::kGreyLevels;
+using qel::pixel_count;
 constexpr int kMaxLevel = 255;
 constexpr int kMarkFreeMax = 250;        // 251..255 are kept for coloured marks
 constexpr int kFourBitMax = 15;
@@ -21,11 +23,6 @@ constexpr int kTenPercentDivisor = 10;   // running count × 10 > N marks the 10
 constexpr int kMaxLightLines = 4096;     // lighting correction refuses more lines than this
 constexpr int kGainShift = 10;           // lighting gains are fixed point with unit 1024
 constexpr int64_t kGainOne = int64_t{1} << kGainShift;
-
-size_t pixel_count(int width, int height) {
-    if (width <= 0 || height <= 0) return 0;
-    return static_cast<size_t>(width) * static_cast<size_t>(height);
-}
 
 void apply_to_image(unsigned char* image, int width, int height, const unsigned char* lut) {
     qel::apply_lut(image, pixel_count(width, height), lut, image);
@@ -35,14 +32,15 @@ enum class Axis { Rows, Columns };
 
 // Replaces every pixel through the table of its line (its row or its column); tables holds
 // 256 entries per line, line after line.
-void apply_line_tables(unsigned char* image, int width, int height, Axis axis, const std::vector<unsigned char>& tables) {
+void apply_line_tables(unsigned char* image, int width, int height, Axis axis,
+                       const std::vector<unsigned char>& tables) {
     for (int y = 0; y < height; ++y) {
         unsigned char* row = image + static_cast<size_t>(y) * static_cast<size_t>(width);
         if (axis == Axis::Rows) {
-            qel::apply_lut(row, static_cast<size_t>(width), &tables[static_cast<size_t>(y) * kLevels], row);
+            qel::apply_lut(row, static_cast<size_t>(width), &tables[static_cast<size_t>(y) * kGreyLevels], row);
         } else {
             const unsigned char* table = tables.data();
-            for (int x = 0; x < width; ++x, table += kLevels) row[x] = table[row[x]];
+            for (int x = 0; x < width; ++x, table += kGreyLevels) row[x] = table[row[x]];
         }
     }
 }
@@ -59,7 +57,7 @@ unsigned char low_byte_of_truncated(double v) {
 // Gain table: g × factor, 255 when above 255, otherwise truncated (negative products keep their
 // low byte: the gain profiles do not clamp at 0).
 void fill_gain_table(double factor, unsigned char* lut) {
-    for (int g = 0; g < kLevels; ++g) {
+    for (int g = 0; g < kGreyLevels; ++g) {
         const double v = g * factor;
         lut[g] = v > kMaxLevel ? static_cast<unsigned char>(kMaxLevel) : low_byte_of_truncated(v);
     }
@@ -82,13 +80,13 @@ int light_correct(unsigned char* image, int width, int height, Axis axis) {
     for (int64_t s : sums) total += s;
     const int64_t target = total / lines;
 
-    std::vector<unsigned char> tables(static_cast<size_t>(lines) * kLevels);
+    std::vector<unsigned char> tables(static_cast<size_t>(lines) * kGreyLevels);
     for (int line = 0; line < lines; ++line) {
         const int64_t sum = sums[static_cast<size_t>(line)];
         // An all-black line cannot be brightened by a gain: it keeps gain 1 and stays black.
         const int64_t gain = sum == 0 ? kGainOne : target * kGainOne / sum;
-        unsigned char* lut = &tables[static_cast<size_t>(line) * kLevels];
-        for (int g = 0; g < kLevels; ++g) {
+        unsigned char* lut = &tables[static_cast<size_t>(line) * kGreyLevels];
+        for (int g = 0; g < kGreyLevels; ++g) {
             const int64_t v = (g * gain) >> kGainShift;
             lut[g] = static_cast<unsigned char>(v > kMarkFreeMax ? kMarkFreeMax : v);
         }
@@ -100,8 +98,8 @@ int light_correct(unsigned char* image, int width, int height, Axis axis) {
 }  // namespace
 
 void QelInvertGryValue(unsigned char* image, int width, int height, unsigned char* out) {
-    unsigned char lut[kLevels];
-    for (int g = 0; g < kLevels; ++g) lut[g] = static_cast<unsigned char>(kMaxLevel - g);
+    unsigned char lut[kGreyLevels];
+    for (int g = 0; g < kGreyLevels; ++g) lut[g] = static_cast<unsigned char>(kMaxLevel - g);
     qel::apply_lut(image, pixel_count(width, height), lut, out);
 }
 
@@ -110,52 +108,37 @@ void QelInvertGryValue(unsigned char* image, int width, int height) {
 }
 
 void QelChange0and250PlusPixels(unsigned char* image, int width, int height) {
-    unsigned char lut[kLevels];
-    for (int g = 0; g < kLevels; ++g) lut[g] = static_cast<unsigned char>(g > kMarkFreeMax ? kMarkFreeMax : g);
+    unsigned char lut[kGreyLevels];
+    for (int g = 0; g < kGreyLevels; ++g) lut[g] = static_cast<unsigned char>(g > kMarkFreeMax ? kMarkFreeMax : g);
     lut[0] = 1;
     apply_to_image(image, width, height, lut);
 }
 
 void QelSetOddPixelsTo255(unsigned char* image, int width, int height) {
-    unsigned char lut[kLevels];
-    for (int g = 0; g < kLevels; ++g) lut[g] = static_cast<unsigned char>(g % 2 != 0 ? kMaxLevel : g);
+    unsigned char lut[kGreyLevels];
+    for (int g = 0; g < kGreyLevels; ++g) lut[g] = static_cast<unsigned char>(g % 2 != 0 ? kMaxLevel : g);
     apply_to_image(image, width, height, lut);
 }
 
 void QelSetPixelsTo255(unsigned char* image, int width, int x1, int x2, int y1, int y2, unsigned char value) {
-    unsigned char lut[kLevels] = {};
+    unsigned char lut[kGreyLevels] = {};
     lut[value] = kMaxLevel;
     qel::apply_lut_in_rect(image, width, x1, x2, y1, y2, lut, image);
 }
 
 void QelGryImg4Bit(unsigned char* image, int width, int height) {
-    const size_t n = pixel_count(width, height);
+    int hist[kGreyLevels];
+    const size_t n = qel::image_histogram(image, width, height, hist);
     if (n == 0) return;
-    int hist[kLevels];
-    QelGetHistogram(image, width, height, hist);
-    const int64_t total = static_cast<int64_t>(n);
+    // The 10 % points: the first levels, from either end, at which the running count × 10
+    // exceeds N, i.e. at which more than N / 10 (integer division) pixels have been passed. The
+    // walks always stop, as the whole count exceeds N / 10.
+    const int64_t tenth = static_cast<int64_t>(n) / kTenPercentDivisor;
+    const int lo = qel::darkest_level_past(hist, tenth);
+    const int hi = qel::brightest_level_past(hist, tenth);
 
-    int lo = 0;
-    int64_t running = 0;
-    for (int g = 0; g < kLevels; ++g) {
-        running += hist[g];
-        if (running * kTenPercentDivisor > total) {
-            lo = g;
-            break;
-        }
-    }
-    int hi = kMaxLevel;
-    running = 0;
-    for (int g = kMaxLevel; g >= 0; --g) {
-        running += hist[g];
-        if (running * kTenPercentDivisor > total) {
-            hi = g;
-            break;
-        }
-    }
-
-    unsigned char lut[kLevels];
-    for (int g = 0; g < kLevels; ++g) {
+    unsigned char lut[kGreyLevels];
+    for (int g = 0; g < kGreyLevels; ++g) {
         int v;
         if (g < lo) v = 0;
         else if (g > hi) v = kFourBitMax;          // the value at hi
@@ -167,23 +150,21 @@ void QelGryImg4Bit(unsigned char* image, int width, int height) {
 }
 
 void QelGryImgNormalize(unsigned char* image, int width, int height, int wantedMean, int wantedDeviation) {
-    const size_t n = pixel_count(width, height);
+    int hist[kGreyLevels];
+    const size_t n = qel::image_histogram(image, width, height, hist);
     if (n == 0) return;
-    int hist[kLevels];
-    QelGetHistogram(image, width, height, hist);
+    // Integer mean and the deviation about it, truncated: the table is built in whole numbers.
     const int64_t total = static_cast<int64_t>(n);
-    int64_t sum = 0;
-    for (int g = 0; g < kLevels; ++g) sum += static_cast<int64_t>(g) * hist[g];
-    const int64_t mean = sum / total;
+    const int64_t mean = qel::integer_mean(hist, total);
     int64_t squares = 0;
-    for (int g = 0; g < kLevels; ++g) squares += (g - mean) * (g - mean) * hist[g];
+    for (int g = 0; g < kGreyLevels; ++g) squares += (g - mean) * (g - mean) * hist[g];
     int64_t dev = static_cast<int64_t>(std::sqrt(static_cast<double>(squares) / static_cast<double>(total)));
     // A deviation below 1 would divide by zero: it counts as 1, so a flat image takes the
     // wanted mean.
     if (dev == 0) dev = 1;
 
-    unsigned char lut[kLevels];
-    for (int g = 0; g < kLevels; ++g) {
+    unsigned char lut[kGreyLevels];
+    for (int g = 0; g < kGreyLevels; ++g) {
         const int64_t v = (g - mean) * wantedDeviation / dev + wantedMean;  // division truncates towards zero
         lut[g] = static_cast<unsigned char>(v < 0 ? 0 : (v > kMaxLevel ? kMaxLevel : v));
     }
@@ -193,10 +174,10 @@ void QelGryImgNormalize(unsigned char* image, int width, int height, int wantedM
 void QelCorrectPixelsGryValueByCol(unsigned char* image, int width, int height, double edgeGain) {
     if (pixel_count(width, height) == 0) return;
     const int centre = width / 2;
-    std::vector<unsigned char> tables(static_cast<size_t>(width) * kLevels);
+    std::vector<unsigned char> tables(static_cast<size_t>(width) * kGreyLevels);
     for (int x = 0; x < width; ++x) {
         const double factor = 1.0 + (edgeGain - 1.0) * 2.0 / width * std::abs(x - centre);
-        fill_gain_table(factor, &tables[static_cast<size_t>(x) * kLevels]);
+        fill_gain_table(factor, &tables[static_cast<size_t>(x) * kGreyLevels]);
     }
     apply_line_tables(image, width, height, Axis::Columns, tables);
 }
@@ -206,12 +187,12 @@ void QelCorrectPixelsGryValueByRow(unsigned char* image, int width, int height, 
     if (pixel_count(width, height) == 0 || height < 2) return;
     const int centre = height / 2;
     const double step = (edgeGain - 1.0) / centre;
-    std::vector<unsigned char> tables(static_cast<size_t>(height) * kLevels);
+    std::vector<unsigned char> tables(static_cast<size_t>(height) * kGreyLevels);
     for (int y = 0; y < height; ++y) {
         // Signed distance from the centre, unlike the column form: rows above the centre are
         // scaled by less than 1 when the gain is above 1. The asymmetry is intended.
         const double factor = (y - centre) * step + 1.0;
-        fill_gain_table(factor, &tables[static_cast<size_t>(y) * kLevels]);
+        fill_gain_table(factor, &tables[static_cast<size_t>(y) * kGreyLevels]);
     }
     apply_line_tables(image, width, height, Axis::Rows, tables);
 }

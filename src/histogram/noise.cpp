@@ -1,5 +1,7 @@
 // Deliberate degradation of grey images: Gaussian, uniform, salt-and-pepper, Poisson and
 // Rayleigh-like noise, drawn from the library's own 15-bit pseudo-random generator.
+#include "histogram/statistics.h"
+
 #include "qel/histogram.h"
 
 #include <cmath>
@@ -9,7 +11,7 @@
 
 namespace {
 
-constexpr int kLevels = 256;
+using qel::kGreyLevels;
 constexpr int kMaxLevel = 255;
 constexpr double kRandMax = 32767.0;       // every draw lies in 0..32767
 constexpr int kSeedBlockSpread = 2048;     // the seeding block holds 1..2048 bytes
@@ -76,7 +78,8 @@ unsigned char clamp_to_range(double v, int lo, int hi) {
 // Poisson draw around the pixel value; the result is stored as its low byte, unclamped.
 unsigned char poisson(int p) {
     if (p <= kPoissonZero) return 0;
-    if (p > kPoissonNormalAbove) return static_cast<unsigned char>(static_cast<int>(p + std::sqrt(static_cast<double>(p)) * normal()));
+    if (p > kPoissonNormalAbove)
+        return static_cast<unsigned char>(static_cast<int>(p + std::sqrt(static_cast<double>(p)) * normal()));
     // Multiplication method: count uniform factors until their product falls below e^−p.
     const double limit = std::exp(-static_cast<double>(p));
     int k = 0;
@@ -94,12 +97,11 @@ void Ostrum2008AddNoise(unsigned char* image, int pixelCount, double amount, uns
     seed_once();
     if (pixelCount <= 0) return;
 
-    int hist[kLevels];
+    // The image's own range; results of most types are clamped to it.
+    int hist[kGreyLevels];
     QelGetHistogram(image, pixelCount, 1, hist);
-    int lo = 0;
-    while (lo < kMaxLevel && hist[lo] == 0) ++lo;
-    int hi = kMaxLevel;
-    while (hi > 0 && hist[hi] == 0) --hi;
+    const int lo = qel::first_non_empty(hist);  // never −1: there is at least one pixel
+    const int hi = qel::last_non_empty(hist);
 
     if (amount == 0.0 || std::isnan(amount)) return;
 

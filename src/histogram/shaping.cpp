@@ -1,9 +1,10 @@
 // Histogram shaping and peak finding: equalisation, matching to a target histogram, box and
 // Gaussian smoothing of histograms, peak and valley marks, the two main peaks and the two-peak
 // contrast test.
-#include "qel/histogram.h"
+#include "histogram/statistics.h"
 
 #include "core/lut.h"
+#include "qel/histogram.h"
 
 #include <cmath>
 #include <cstddef>
@@ -12,35 +13,20 @@
 
 namespace {
 
-constexpr int kLevels = 256;
+using qel::kGreyLevels;
 constexpr int kMaxLevel = 255;
 constexpr int kUnset = -10;          // interval bound not reached yet by the matching walk
 constexpr int kWeightOne = 1024;     // Gaussian weights are fixed point with this unit
 constexpr int kPeakMark = 100;
 constexpr int kValleyMark = -100;
 
-size_t pixel_count(int width, int height) {
-    if (width <= 0 || height <= 0) return 0;
-    return static_cast<size_t>(width) * static_cast<size_t>(height);
-}
-
-int first_non_empty(const int64_t* h) {
-    for (int i = 0; i < kLevels; ++i)
-        if (h[i] != 0) return i;
-    return -1;
-}
-
-int last_non_empty(const int64_t* h) {
-    for (int i = kMaxLevel; i >= 0; --i)
-        if (h[i] != 0) return i;
-    return -1;
-}
-
-// Histogram of the image, widened so that the matching walk can add counts without overflow.
-void wide_histogram(unsigned char* image, int width, int height, int64_t* wide) {
-    int hist[kLevels];
-    QelGetHistogram(image, width, height, hist);
-    for (int i = 0; i < kLevels; ++i) wide[i] = hist[i];
+// Histogram of the image, widened so that the matching walk can add counts without overflow;
+// returns the pixel count.
+size_t wide_histogram(unsigned char* image, int width, int height, int64_t* wide) {
+    int hist[kGreyLevels];
+    const size_t n = qel::image_histogram(image, width, height, hist);
+    for (int i = 0; i < kGreyLevels; ++i) wide[i] = hist[i];
+    return n;
 }
 
 // Matching walk: gives each non-empty source level g the interval [start[g], end[g]] of target
@@ -48,12 +34,12 @@ void wide_histogram(unsigned char* image, int width, int height, int64_t* wide) 
 // masses differ it stops where one side runs out, and the levels it never reached are put at the
 // last non-empty target level. Returns false when either histogram is empty.
 bool match_intervals(const int64_t* source, const int64_t* target, int* start, int* end) {
-    for (int i = 0; i < kLevels; ++i) start[i] = end[i] = kUnset;
-    const int firstTarget = first_non_empty(target);
-    const int firstSource = first_non_empty(source);
+    for (int i = 0; i < kGreyLevels; ++i) start[i] = end[i] = kUnset;
+    const int firstTarget = qel::first_non_empty(target);
+    const int firstSource = qel::first_non_empty(source);
     if (firstTarget < 0 || firstSource < 0) return false;
-    const int lastTarget = last_non_empty(target);
-    const int lastSource = last_non_empty(source);
+    const int lastTarget = qel::last_non_empty(target);
+    const int lastSource = qel::last_non_empty(source);
 
     int j = firstTarget;
     int g = firstSource;
@@ -126,13 +112,12 @@ void mark_extremes(int* marks, int count, int slope, int label) {
 }  // namespace
 
 void QelHistogramEqualizeFast(unsigned char* image, int width, int height) {
-    const size_t n = pixel_count(width, height);
+    int hist[kGreyLevels];
+    const size_t n = qel::image_histogram(image, width, height, hist);
     if (n == 0) return;
-    int hist[kLevels];
-    QelGetHistogram(image, width, height, hist);
-    unsigned char lut[kLevels];
+    unsigned char lut[kGreyLevels];
     int64_t running = 0;
-    for (int i = 0; i < kLevels; ++i) {
+    for (int i = 0; i < kGreyLevels; ++i) {
         running += hist[i];
         lut[i] = static_cast<unsigned char>(running * kMaxLevel / static_cast<int64_t>(n));
     }
@@ -140,42 +125,40 @@ void QelHistogramEqualizeFast(unsigned char* image, int width, int height) {
 }
 
 void QelHistogramEqualizeStandard(unsigned char* image, int width, int height) {
-    const size_t n = pixel_count(width, height);
+    int64_t source[kGreyLevels];
+    const size_t n = wide_histogram(image, width, height, source);
     if (n == 0) return;
-    int64_t source[kLevels];
-    wide_histogram(image, width, height, source);
     int levels = 0;
-    for (int i = 0; i < kLevels; ++i) levels += source[i] != 0 ? 1 : 0;
+    for (int i = 0; i < kGreyLevels; ++i) levels += source[i] != 0 ? 1 : 0;
 
     // Flat target: the first `levels` bins share the pixels equally (integer division, so the
     // target can hold up to levels − 1 pixels fewer than the image).
-    int64_t target[kLevels] = {};
+    int64_t target[kGreyLevels] = {};
     for (int i = 0; i < levels; ++i) target[i] = static_cast<int64_t>(n) / levels;
 
-    int start[kLevels];
-    int end[kLevels];
+    int start[kGreyLevels];
+    int end[kGreyLevels];
     if (!match_intervals(source, target, start, end)) return;
     const double scale = 255.0 / levels;
-    unsigned char lut[kLevels] = {};
-    for (int g = 0; g < kLevels; ++g)
+    unsigned char lut[kGreyLevels] = {};
+    for (int g = 0; g < kGreyLevels; ++g)
         if (source[g] != 0) lut[g] = static_cast<unsigned char>(static_cast<int>((start[g] + end[g]) / 2.0 * scale));
     qel::apply_lut(image, n, lut, image);
 }
 
 void QelHistogramNormalization(unsigned char* image, int width, int height, int* targetHist) {
-    const size_t n = pixel_count(width, height);
+    int64_t source[kGreyLevels];
+    const size_t n = wide_histogram(image, width, height, source);
     if (n == 0) return;
-    int64_t source[kLevels];
-    int64_t target[kLevels];
-    wide_histogram(image, width, height, source);
+    int64_t target[kGreyLevels];
     // Negative target counts are meaningless; they count as empty.
-    for (int i = 0; i < kLevels; ++i) target[i] = targetHist[i] > 0 ? targetHist[i] : 0;
+    for (int i = 0; i < kGreyLevels; ++i) target[i] = targetHist[i] > 0 ? targetHist[i] : 0;
 
-    int start[kLevels];
-    int end[kLevels];
+    int start[kGreyLevels];
+    int end[kGreyLevels];
     if (!match_intervals(source, target, start, end)) return;
-    unsigned char lut[kLevels] = {};
-    for (int g = 0; g < kLevels; ++g)
+    unsigned char lut[kGreyLevels] = {};
+    for (int g = 0; g < kGreyLevels; ++g)
         if (source[g] != 0) lut[g] = static_cast<unsigned char>((start[g] + end[g]) / 2);
     qel::apply_lut(image, n, lut, image);
 }
@@ -183,10 +166,10 @@ void QelHistogramNormalization(unsigned char* image, int width, int height, int*
 void QelHistogramAverageSmooth(int* hist, int radius, int* smoothed) {
     if (radius < 0) radius = 0;
     // Prefix sums: the cost does not grow with the radius.
-    int64_t prefix[kLevels + 1];
+    int64_t prefix[kGreyLevels + 1];
     prefix[0] = 0;
-    for (int i = 0; i < kLevels; ++i) prefix[i + 1] = prefix[i] + hist[i];
-    for (int j = 0; j < kLevels; ++j) {
+    for (int i = 0; i < kGreyLevels; ++i) prefix[i + 1] = prefix[i] + hist[i];
+    for (int j = 0; j < kGreyLevels; ++j) {
         // The window is clipped at both ends and the divisor shrinks with it.
         const int lo = j - radius < 0 ? 0 : j - radius;
         const int hi = radius > kMaxLevel - j ? kMaxLevel : j + radius;
@@ -195,27 +178,21 @@ void QelHistogramAverageSmooth(int* hist, int radius, int* smoothed) {
 }
 
 int QelHistogramGaussianSmooth(int* hist, int /*reserved*/, double sigma, double smallestWeight, int* smoothed) {
-    int first = -1;
-    int last = -1;
-    for (int i = 0; i < kLevels; ++i) {
-        if (hist[i] != 0) {
-            if (first < 0) first = i;
-            last = i;
-        }
-    }
+    const int first = qel::first_non_empty(hist);
+    const int last = qel::last_non_empty(hist);
     if (first < 0) {  // empty histogram: copied as it is
-        for (int i = 0; i < kLevels; ++i) smoothed[i] = hist[i];
+        for (int i = 0; i < kGreyLevels; ++i) smoothed[i] = hist[i];
         return 0;
     }
     for (int i = 0; i <= first; ++i) smoothed[i] = hist[i];
     for (int i = kMaxLevel; i >= last; --i) smoothed[i] = hist[i];
 
     // Fixed-point weights w(d) until the Gaussian falls below the smallest weight.
-    int weight[kLevels];
+    int weight[kGreyLevels];
     weight[0] = kWeightOne;
     int taps = 1;  // number of weights including w(0)
     const double twoSigmaSquared = 2.0 * (sigma * sigma);
-    for (int d = 1; d < kLevels; ++d) {
+    for (int d = 1; d < kGreyLevels; ++d) {
         const double g = twoSigmaSquared == 0.0 ? 0.0 : std::exp(-static_cast<double>(d * d) / twoSigmaSquared);
         if (!(g >= smallestWeight)) break;
         weight[d] = static_cast<int>(g * kWeightOne + 0.5);
@@ -263,11 +240,11 @@ void QelSetPeakTo100ValleyTo_100(int* hist, int count, int* marks) {
 }
 
 void QelFindTwoPeaks(int* hist, int minDistance, int* firstPeak, int* secondPeak) {
-    int marks[kLevels];
-    QelSetPeakTo100ValleyTo_100(hist, kLevels, marks);
+    int marks[kGreyLevels];
+    QelSetPeakTo100ValleyTo_100(hist, kGreyLevels, marks);
     int first = -1;
     int best = 0;
-    for (int i = 0; i < kLevels; ++i) {
+    for (int i = 0; i < kGreyLevels; ++i) {
         if (marks[i] == kPeakMark && hist[i] > best) {
             best = hist[i];
             first = i;
@@ -276,7 +253,7 @@ void QelFindTwoPeaks(int* hist, int minDistance, int* firstPeak, int* secondPeak
     if (first < 0) return;
     int second = first;
     best = 0;
-    for (int i = 0; i < kLevels; ++i) {
+    for (int i = 0; i < kGreyLevels; ++i) {
         if (marks[i] == kPeakMark && std::abs(i - first) >= minDistance && hist[i] > best) {
             best = hist[i];
             second = i;
@@ -297,12 +274,12 @@ bool QelIsHighContrastImg(int* hist, int splitLevel, int window, int minPeakDist
     const int n = (window / 2) * 2 + 1;  // the window made odd
     const int half = n / 2;
 
-    int64_t s[kLevels] = {};
-    for (int i = 0; i < half && i < kLevels; ++i) s[i] = hist[i];
-    for (int i = kLevels - half < 0 ? 0 : kLevels - half; i < kLevels; ++i) s[i] = hist[i];
+    int64_t s[kGreyLevels] = {};
+    for (int i = 0; i < half && i < kGreyLevels; ++i) s[i] = hist[i];
+    for (int i = kGreyLevels - half < 0 ? 0 : kGreyLevels - half; i < kGreyLevels; ++i) s[i] = hist[i];
     // The sliding mean stops one position early: s[255 − half] gets no mean and stays 0.
     int64_t running = 0;
-    for (int i = 0; i < n - 1 && i < kLevels; ++i) running += hist[i];
+    for (int i = 0; i < n - 1 && i < kGreyLevels; ++i) running += hist[i];
     for (int i = 0; i <= kMaxLevel - n; ++i) {
         running += hist[i + n - 1];
         s[i + half] = running / n;

@@ -6,7 +6,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <utility>
 
 namespace qel {
@@ -147,18 +146,13 @@ int QelGetImageAvrAndDevFast(int* hist, double* mean, double* deviation) {
 }
 
 void QelGetImageAvrAndDif(int* hist, int* mean, int* dif) {
-    int64_t n = 0;
-    int64_t s = 0;
-    for (int i = 0; i < kGreyLevels; ++i) {
-        n += hist[i];
-        s += static_cast<int64_t>(i) * hist[i];
-    }
+    const int64_t n = qel::histogram_total(hist);
     if (n == 0) {  // would divide by zero; an empty histogram gives 0 and 0
         *mean = 0;
         *dif = 0;
         return;
     }
-    const int64_t m = s / n;
+    const int64_t m = qel::integer_mean(hist, n);
     int64_t spread = 0;
     for (int i = 0; i < kGreyLevels; ++i) {
         if (i < m) spread += (m - i) * hist[i];
@@ -170,38 +164,26 @@ void QelGetImageAvrAndDif(int* hist, int* mean, int* dif) {
 
 // ---- order statistics -------------------------------------------------------------------------
 
+// k = n × ratio, truncated; the walk from the bright (or dark) end stops once it has passed more
+// than k counts.
 int QelGetMaxValueInHistogram(int* hist, double ratio) {
-    int64_t k = static_cast<int64_t>(static_cast<double>(qel::histogram_total(hist)) * ratio);
-    for (int i = kGreyLevels - 1; i >= 0; --i) {
-        k -= hist[i];
-        if (k < 0) return i;
-    }
-    return -1;
+    return qel::brightest_level_past(hist, qel::ratio_of_total(hist, ratio));
 }
 
 int QelGetMinValueInHistogram(int* hist, double ratio) {
-    int64_t k = static_cast<int64_t>(static_cast<double>(qel::histogram_total(hist)) * ratio);
-    for (int i = 0; i < kGreyLevels; ++i) {
-        k -= hist[i];
-        if (k < 0) return i;
-    }
-    return kGreyLevels;
+    return qel::darkest_level_past(hist, qel::ratio_of_total(hist, ratio));
 }
 
 int QelGetMedianInHistogram(int* hist) {
-    const int64_t n = qel::histogram_total(hist);
-    const int64_t half = static_cast<int64_t>(static_cast<double>(n) / 2.0 + 0.5);
+    const int64_t half = qel::rounded_half(qel::histogram_total(hist));
+    if (half <= 0) return 0;  // an empty histogram
     int64_t sum = 0;
-    int i = 0;
-    while (i < kGreyLevels && sum < half) sum += hist[i++];
-    int m = i;  // one past the last bin added
-    if (m > 0) {
-        // The correction subtracts the count of bin m, the bin AFTER the last one added; results
-        // depend on it (one pixel in bin 10 gives 11). Past bin 255 that count is taken as 0.
-        const int64_t next = m < kGreyLevels ? hist[m] : 0;
-        const int64_t below = sum - next;
-        if (half - below < sum - half) m -= 1;
-    }
+    int m = qel::first_bin_reaching(hist, half, &sum) + 1;  // one past the last bin added
+    // The correction subtracts the count of bin m, the bin AFTER the last one added; results
+    // depend on it (one pixel in bin 10 gives 11). Past bin 255 that count is taken as 0.
+    const int64_t next = m < kGreyLevels ? hist[m] : 0;
+    const int64_t below = sum - next;
+    if (half - below < sum - half) m -= 1;
     // Only a single pixel in bin 255 reaches 256; keep the result a grey level.
     return m < kGreyLevels ? m : kGreyLevels - 1;
 }
@@ -220,14 +202,8 @@ int QelGetMostInHistogram(int* hist, int* largestCount) {
 }
 
 int QelGetPeakInHistogram(int* hist) {
-    int p = 0;
-    int best = 0;
-    for (int i = 0; i < kGreyLevels; ++i) {
-        if (hist[i] > best) {
-            best = hist[i];
-            p = i;
-        }
-    }
+    int largest = 0;
+    const int p = QelGetMostInHistogram(hist, &largest);
     int e = p + 1;  // first bin after the plateau of equal counts
     while (e < kGreyLevels && hist[e] == hist[p]) ++e;
     // Rounded upward on purpose: an isolated peak at p gives p + 1.

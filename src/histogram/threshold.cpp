@@ -26,10 +26,6 @@ void build_threshold_lut(int threshold, unsigned char low, unsigned char high, u
     std::memset(lut + t, high, static_cast<size_t>(kGreyLevels - t));
 }
 
-size_t pixel_count(int width, int height) {
-    return (width > 0 && height > 0) ? static_cast<size_t>(width) * static_cast<size_t>(height) : 0;
-}
-
 void binarise(const unsigned char* image, int width, int height, int threshold, unsigned char* out) {
     unsigned char lut[kGreyLevels];
     build_threshold_lut(threshold, kBackground, kObject, lut);
@@ -43,27 +39,27 @@ void binarise_rect(const unsigned char* image, int width, int x1, int x2, int y1
     apply_lut_in_rect(image, width, x1, x2, y1, y2, lut, out);
 }
 
-// Walking down from bin 255, the first level at which MORE than k pixels have been passed (the
-// binarising forms stop at >, QelGetThresholdByRatio at ≥); −1 when the walk runs out.
-int first_level_past(const int* hist, int64_t k) {
-    int64_t acc = 0;
-    for (int t = kGreyLevels - 1; t >= 0; --t) {
-        acc += hist[t];
-        if (acc > k) return t;
-    }
-    return -1;
-}
-
 // Ratio kept within 0..1 (a NaN counts as 0).
 double clamp_ratio(double ratio) { return !(ratio > 0.0) ? 0.0 : ratio > 1.0 ? 1.0 : ratio; }
 
-// T for the brightest `ratio` of `area` pixels counted in hist; ratio already clamped.
+// T for the brightest `ratio` (already clamped) of the pixels: walking down from 255, the first
+// level at which MORE than area × ratio pixels have been passed (QelGetThresholdByRatio stops at
+// ≥ instead); −1 when the walk runs out.
 int ratio_threshold(const int* hist, int64_t area, double ratio) {
-    return first_level_past(hist, static_cast<int64_t>(static_cast<double>(area) * ratio));
+    return brightest_level_past(hist, static_cast<int64_t>(static_cast<double>(area) * ratio));
 }
 
-int64_t rect_area(int x1, int x2, int y1, int y2) {
-    return static_cast<int64_t>(x2 - x1 + 1) * static_cast<int64_t>(y2 - y1 + 1);
+// The same over the whole image, or over the rectangle x1..x2, y1..y2 (ends included).
+int image_ratio_threshold(unsigned char* image, int width, int height, double ratio) {
+    int hist[kGreyLevels];
+    QelGetHistogram(image, width, height, hist);
+    return ratio_threshold(hist, static_cast<int64_t>(width) * height, ratio);
+}
+
+int rect_ratio_threshold(unsigned char* image, int width, int x1, int x2, int y1, int y2, double ratio) {
+    int hist[kGreyLevels];
+    QelGetHistogramInRect(image, width, x1, x2, y1, y2, hist);
+    return ratio_threshold(hist, static_cast<int64_t>(x2 - x1 + 1) * static_cast<int64_t>(y2 - y1 + 1), ratio);
 }
 
 // A dark-image threshold of 0 would make every pixel an object; below half it becomes 1.
@@ -90,11 +86,9 @@ using qel::kGreyLevels;
 // ---- threshold selection ------------------------------------------------------------------------
 
 int QelGetOtsuThreshold(int* hist, int binCount) {
-    int lo = 0;
-    while (lo < binCount && hist[lo] == 0) ++lo;
-    if (lo >= binCount) return 0;  // an empty histogram has no threshold; 0 keeps every pixel
-    int hi = binCount - 1;
-    while (hist[hi] == 0) --hi;
+    const int lo = qel::first_non_empty(hist, binCount);
+    if (lo < 0) return 0;  // an empty histogram has no threshold; 0 keeps every pixel
+    const int hi = qel::last_non_empty(hist, binCount);
 
     // The last non-empty bin `hi` is deliberately left out of the totals and of the search.
     int64_t total = 0;
@@ -118,7 +112,8 @@ int QelGetOtsuThreshold(int* hist, int binCount) {
         // With an empty foreground the variance is not a number, which never wins.
         if (nF == 0) continue;
         const double n = static_cast<double>(total);
-        const double d = static_cast<double>(sB) / static_cast<double>(nB) - static_cast<double>(sF) / static_cast<double>(nF);
+        const double d =
+            static_cast<double>(sB) / static_cast<double>(nB) - static_cast<double>(sF) / static_cast<double>(nF);
         const double sigma = d * d * (static_cast<double>(nB) / n) * (static_cast<double>(nF) / n);
         if (sigma > best) {
             best = sigma;
@@ -129,7 +124,7 @@ int QelGetOtsuThreshold(int* hist, int binCount) {
 }
 
 int QelGetThresholdByRatio(int* hist, double ratio) {
-    const int64_t k = static_cast<int64_t>(static_cast<double>(qel::histogram_total(hist)) * ratio);
+    const int64_t k = qel::ratio_of_total(hist, ratio);
     int64_t acc = 0;
     for (int i = kGreyLevels - 1; i >= 0; --i) {
         acc += hist[i];
@@ -151,15 +146,9 @@ void QelGetThresholdLimit(int* hist, double k, int* low, int* high) {
 }
 
 int QelGetDifImgThreshold(int* hist) {
-    const int64_t n = qel::histogram_total(hist);
-    const int64_t half = static_cast<int64_t>(static_cast<double>(n) / 2.0 + 0.5);
+    const int64_t half = qel::rounded_half(qel::histogram_total(hist));
     int64_t acc = 0;
-    int i = 0;
-    for (; i < kGreyLevels; ++i) {
-        acc += hist[i];
-        if (acc >= half) break;
-    }
-    if (i == kGreyLevels) i = kGreyLevels - 1;  // unreachable for non-negative counts
+    const int i = qel::first_bin_reaching(hist, half, &acc);  // the median bin
     double m = i;
     if (acc > half && i > 0) {
         // Interpolate inside bin i; the denominator is that bin's count.
@@ -203,14 +192,10 @@ bool QelClusterHistogram(int* hist, int k, double tolerance, double* centres) {
     if (m < k) k = m;         // the remaining centre entries are left untouched
 
     // Seeds: the most populated level, then every (m / k)-th listed level after it, wrapping.
-    int seed = 0;
-    int most = 0;
-    for (int j = 0; j < m; ++j) {
-        if (hist[levels[j]] > most) {
-            most = hist[levels[j]];
-            seed = j;
-        }
-    }
+    // Without any positive count the first listed level seeds.
+    int largest = 0;
+    const int most = QelGetMostInHistogram(hist, &largest);
+    int seed = largest > 0 ? static_cast<int>(std::find(levels, levels + m, most) - levels) : 0;
     double centre[kGreyLevels];
     double previous[kGreyLevels];
     int64_t count[kGreyLevels] = {};
@@ -276,7 +261,7 @@ void QelThresholdByPercent(unsigned char* image, int width, int height, int perc
     int hist[kGreyLevels];
     QelGetHistogram(image, width, height, hist);
     const int64_t k = static_cast<int64_t>(width) * height * percent / 100;
-    const int threshold = qel::apply_zero_rule(qel::first_level_past(hist, k), percent < 50);
+    const int threshold = qel::apply_zero_rule(qel::brightest_level_past(hist, k), percent < 50);
     qel::binarise(image, width, height, threshold, image);
 }
 
@@ -286,40 +271,30 @@ int QelThresholdByRatio(unsigned char* image, int width, int height, double rati
 
 int QelThresholdByRatio(unsigned char* image, int width, int height, double ratio, unsigned char* out) {
     ratio = qel::clamp_ratio(ratio);
-    int hist[kGreyLevels];
-    QelGetHistogram(image, width, height, hist);
-    const int64_t area = static_cast<int64_t>(width) * height;
-    const int threshold = qel::apply_zero_rule(qel::ratio_threshold(hist, area, ratio), ratio < 0.5);
+    const int threshold =
+        qel::apply_zero_rule(qel::image_ratio_threshold(image, width, height, ratio), ratio < 0.5);
     qel::binarise(image, width, height, threshold, out);
     return threshold;
 }
 
 int QelThresholdByRatio(unsigned char* image, int width, int x1, int x2, int y1, int y2, double ratio) {
     ratio = qel::clamp_ratio(ratio);
-    int hist[kGreyLevels];
-    QelGetHistogramInRect(image, width, x1, x2, y1, y2, hist);
     const int threshold =
-        qel::apply_zero_rule(qel::ratio_threshold(hist, qel::rect_area(x1, x2, y1, y2), ratio), ratio < 0.5);
+        qel::apply_zero_rule(qel::rect_ratio_threshold(image, width, x1, x2, y1, y2, ratio), ratio < 0.5);
     qel::binarise_rect(image, width, x1, x2, y1, y2, threshold, image);
     return threshold;
 }
 
 int QelThresholdByRatio(unsigned char* image, int width, int x1, int x2, int y1, int y2, double ratio,
                         int minThreshold, unsigned char* out) {
-    ratio = qel::clamp_ratio(ratio);
-    int hist[kGreyLevels];
-    QelGetHistogramInRect(image, width, x1, x2, y1, y2, hist);
-    const int threshold = qel::ratio_threshold(hist, qel::rect_area(x1, x2, y1, y2), ratio);
+    const int threshold = qel::rect_ratio_threshold(image, width, x1, x2, y1, y2, qel::clamp_ratio(ratio));
     qel::binarise_rect(image, width, x1, x2, y1, y2, std::max(threshold, minThreshold), out);
     return threshold;  // as found, before raising to the minimum (QelThresholdByRatioAndMiniT differs)
 }
 
 int QelThresholdByRatioAndMiniT(unsigned char* image, int width, int height, double ratio, int minThreshold) {
-    ratio = qel::clamp_ratio(ratio);
-    int hist[kGreyLevels];
-    QelGetHistogram(image, width, height, hist);
-    const int64_t area = static_cast<int64_t>(width) * height;
-    const int threshold = std::max(qel::ratio_threshold(hist, area, ratio), minThreshold);
+    const int threshold =
+        std::max(qel::image_ratio_threshold(image, width, height, qel::clamp_ratio(ratio)), minThreshold);
     qel::binarise(image, width, height, threshold, image);
     return threshold;  // the raised value
 }
