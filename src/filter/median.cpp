@@ -72,30 +72,27 @@ struct SlidingMedian {
     // median does not flicker between the two middle values).
     void relocate() {
         if (below < rank && above < rank) return;
-        int v = m;
         if (below < rank) {
-            // Too many above: walk up over non-empty bins until fewer than K stay above.
-            for (;;) {
-                do ++v; while (hist[v] == 0);
-                if (above - hist[v] < rank) break;
-                above -= hist[v];
-                below += equal;
-                equal = hist[v];
-            }
-            above -= hist[v];
-            below += equal;
+            walk(+1, above, below);  // too many above: walk up
         } else {
-            // Too many below: the mirror walk downwards.
-            for (;;) {
-                do --v; while (hist[v] == 0);
-                if (below - hist[v] < rank) break;
-                below -= hist[v];
-                above += equal;
-                equal = hist[v];
-            }
-            below -= hist[v];
-            above += equal;
+            walk(-1, below, above);  // too many below: walk down
         }
+    }
+
+    // Walks m in direction `dir` (+1 or −1) over non-empty bins until fewer than K pixels stay
+    // `ahead` of it. At each bin reached, its pixels leave `ahead` and become `equal`, and the
+    // previous `equal` pixels join `behind`.
+    void walk(int dir, int& ahead, int& behind) {
+        int v = m;
+        for (;;) {
+            do v += dir; while (hist[v] == 0);
+            if (ahead - hist[v] < rank) break;
+            ahead -= hist[v];
+            behind += equal;
+            equal = hist[v];
+        }
+        ahead -= hist[v];
+        behind += equal;
         equal = hist[v];
         m = v;
     }

@@ -1,12 +1,12 @@
 // Separable minimum and maximum filters of width 3 and 5 along rows or columns.
 //
-// Each filter is a chain of passes along a line: a forward pass makes every cell the extreme of
-// itself and the cell before it, a backward pass the extreme of itself and the cell after it. One
+// Each filter is a chain of sweeps along a line: a forward sweep makes every cell the extreme of
+// itself and the cell before it, a backward sweep the extreme of itself and the cell after it. One
 // forward-backward pair gives the 3-wide window, two pairs the 5-wide one; at the line ends the
-// window is simply clipped. Each pass remembers the value a cell had before its own update, so a
-// pass may write over its input and the filters may run in place (src == dst).
+// window is simply clipped. Each sweep remembers the value a cell had before its own update, so a
+// sweep may write over its input and the filters may run in place (src == dst).
 //
-// Rows and columns share the same passes. A row is a line of single-byte cells one byte apart; the
+// Rows and columns share the same sweeps. A row is a line of single-byte cells one byte apart; the
 // column filters treat the whole image as one line whose cells are entire rows (width bytes, one
 // row apart), so all columns advance together with contiguous, vectorisable inner loops. The
 // remembered previous cell is a per-call buffer instead of a process-wide scratch column: the
@@ -28,7 +28,7 @@ struct TakeMin {
 };
 
 // A line of `count` cells; cell i starts at base + i·step and holds `lanes` contiguous bytes that
-// are filtered independently. The passes take the cell width as kLanes when it is known at compile
+// are filtered independently. The sweeps take the cell width as kLanes when it is known at compile
 // time (the single-byte cells of a row), else kAnyLanes; `saved` has room for one cell.
 struct Line {
     int count;
@@ -37,16 +37,22 @@ struct Line {
 };
 constexpr int kAnyLanes = 0;
 
-// out[i] := op(in[i−1], in[i]) for i ≥ 1, out[0] := in[0]; in-place safe.
-template <class Op, int kLanes>
-void forward_pass(const unsigned char* in, unsigned char* out, const Line& line, unsigned char* saved) {
+// One sweep along the line, walking forward (kDir = +1, from the first cell) or backward (kDir = −1,
+// from the last): every cell after the starting one becomes op(the cell before it in walking order,
+// itself), taking that earlier cell as it was before its own update. In-place safe (in == out).
+template <class Op, int kLanes, int kDir>
+void sweep(const unsigned char* in, unsigned char* out, const Line& line, unsigned char* saved) {
     if (line.count <= 0) return;
     const int lanes = kLanes > 0 ? kLanes : line.lanes;
-    std::copy(in, in + lanes, saved);
-    if (out != in) std::copy(in, in + lanes, out);
+    const ptrdiff_t step = kDir * line.step;
+    const ptrdiff_t start = kDir > 0 ? 0 : (line.count - 1) * line.step;
+    const unsigned char* p = in + start;
+    unsigned char* q = out + start;
+    std::copy(p, p + lanes, saved);
+    if (out != in) std::copy(p, p + lanes, q);
     for (int i = 1; i < line.count; ++i) {
-        const unsigned char* p = in + i * line.step;
-        unsigned char* q = out + i * line.step;
+        p += step;
+        q += step;
         for (int j = 0; j < lanes; ++j) {
             const unsigned char v = p[j];
             q[j] = Op::apply(saved[j], v);
@@ -55,32 +61,14 @@ void forward_pass(const unsigned char* in, unsigned char* out, const Line& line,
     }
 }
 
-// buf[i] := op(buf[i], buf[i+1]) for i ≤ count−2, using buf[i+1] from before its own update.
-template <class Op, int kLanes>
-void backward_pass(unsigned char* buf, const Line& line, unsigned char* saved) {
-    if (line.count <= 0) return;
-    const int lanes = kLanes > 0 ? kLanes : line.lanes;
-    const unsigned char* last = buf + (line.count - 1) * line.step;
-    std::copy(last, last + lanes, saved);
-    for (int i = line.count - 2; i >= 0; --i) {
-        unsigned char* q = buf + i * line.step;
-        for (int j = 0; j < lanes; ++j) {
-            const unsigned char v = q[j];
-            q[j] = Op::apply(v, saved[j]);
-            saved[j] = v;
-        }
-    }
-}
-
-// The extreme over cells i−reach .. i+reach (reach 1 or 2) of one line, from `in` into `out`.
+// The extreme over cells i−reach .. i+reach of one line, from `in` into `out`: each forward-backward
+// pair of sweeps widens the window by one cell on either side.
 template <class Op, int kLanes>
 void extreme_along(const unsigned char* in, unsigned char* out, const Line& line, int reach,
                    unsigned char* saved) {
-    forward_pass<Op, kLanes>(in, out, line, saved);
-    backward_pass<Op, kLanes>(out, line, saved);
-    for (int pass = 1; pass < reach; ++pass) {
-        forward_pass<Op, kLanes>(out, out, line, saved);
-        backward_pass<Op, kLanes>(out, line, saved);
+    for (int pair = 0; pair < reach; ++pair) {
+        sweep<Op, kLanes, +1>(pair == 0 ? in : out, out, line, saved);
+        sweep<Op, kLanes, -1>(out, out, line, saved);
     }
 }
 

@@ -1,440 +1,268 @@
 #include <qel.h>
 
+#include "support/test_images.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
+#include <initializer_list>
+#include <utility>
 #include <vector>
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-// A binary image with the given share (in percent) of 255 pixels.
-Bytes random_binary(int w, int h, int percentWhite, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes v(static_cast<size_t>(w) * h);
-    for (auto& b : v) b = static_cast<int>(rng() % 100) < percentWhite ? 255 : 0;
-    return v;
-}
-
-Bytes random_grey(int w, int h, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes v(static_cast<size_t>(w) * h);
-    for (auto& b : v) b = static_cast<unsigned char>(rng() & 0xFF);
-    return v;
-}
-
-bool only_0_and_255(const Bytes& v) {
-    return std::all_of(v.begin(), v.end(), [](unsigned char b) { return b == 0 || b == 255; });
-}
+using qel_test::Bytes;
 
 struct Image {
     int w, h;
     Bytes px;
-    Image(int width, int height, unsigned char fill = 0) : w(width), h(height), px(static_cast<size_t>(width) * height, fill) {}
-    unsigned char& at(int x, int y) { return px[static_cast<size_t>(y) * w + x]; }
+    Image(int width, int height, unsigned char fill = 0) : w(width), h(height), px(width * height, fill) {}
+    unsigned char& at(int x, int y) { return px[y * w + x]; }
     unsigned char* data() { return px.data(); }
+    Image& set(std::initializer_list<std::pair<int, int>> points, unsigned char v = 255) {
+        for (const auto& [x, y] : points) at(x, y) = v;
+        return *this;
+    }
+    Image& box(int x0, int x1, int y0, int y1, unsigned char v) {
+        for (int y = y0; y <= y1; ++y)
+            for (int x = x0; x <= x1; ++x) at(x, y) = v;
+        return *this;
+    }
 };
 
-// ---- counting and centres -------------------------------------------------------------------
-
-TEST(BinaryCount, CentroidOfEmptyImageReturnsZeroAndLeavesOutputs) {
-    Image img(6, 4);
-    int x = -7, y = -9;
-    EXPECT_EQ(QelBinImgCentroid(img.data(), img.w, img.h, &x, &y), 0);
-    EXPECT_EQ(x, -7);
-    EXPECT_EQ(y, -9);
+// A w x h image whose pixels are 255 with the given chance in percent, else 0.
+Bytes random_binary(int w, int h, int percentWhite, unsigned seed) {
+    Bytes v = qel_test::random_grey(w, h, seed);
+    for (auto& b : v) b = b * 100 < percentWhite * 256 ? 255 : 0;
+    return v;
 }
 
-TEST(BinaryCount, CountsAndCentroidAgreeWithBruteForce) {
-    for (unsigned seed = 1; seed <= 20; ++seed) {
-        const int w = 5 + static_cast<int>(seed % 13), h = 3 + static_cast<int>(seed % 7);
-        Bytes img = random_grey(w, h, seed);
-        for (size_t i = 0; i < img.size(); i += 2) img[i] = 0;  // plenty of zeros
-        long n = 0, sx = 0, sy = 0, equal = 0;
-        const int value = img[img.size() / 2];
-        for (int y = 0; y < h; ++y)
-            for (int x = 0; x < w; ++x) {
-                const unsigned char p = img[static_cast<size_t>(y) * w + x];
-                if (p != 0) n += 1, sx += x, sy += y;
-                equal += p == value;
-            }
-        int cx = -1, cy = -1;
-        ASSERT_EQ(QelBinImgCentroid(img.data(), w, h, &cx, &cy), n);
-        if (n > 0) {
-            EXPECT_EQ(cx, sx / n);
-            EXPECT_EQ(cy, sy / n);
-        }
-        EXPECT_EQ(QelPixelsInGryImg(img.data(), w, h, value), equal);
+// Sum of columns x0..x1 of rows y0..y1.
+long window_sum(const Bytes& img, int w, int x0, int x1, int y0, int y1) {
+    long s = 0;
+    for (int y = y0; y <= y1; ++y)
+        for (int x = x0; x <= x1; ++x) s += img[y * w + x];
+    return s;
+}
 
-        // A rectangle sticking out on every side is clipped; the black ratio is not clipped.
-        const int x1 = static_cast<int>(seed % 3) - 1, x2 = w - 2 + static_cast<int>(seed % 3);
-        const int y1 = static_cast<int>(seed % 2) - 1, y2 = h - 1 + static_cast<int>(seed % 2);
-        long white = 0, zeros = 0;
-        for (int y = std::max(y1, 0); y <= std::min(y2, h - 1); ++y)
-            for (int x = std::max(x1, 0); x <= std::min(x2, w - 1); ++x) white += img[static_cast<size_t>(y) * w + x] != 0;
-        EXPECT_EQ(QelGetWhitePixelsNum(img.data(), w, h, x1, x2, y1, y2), white);
-        for (int y = 1; y <= h - 2; ++y)
-            for (int x = 1; x <= w - 2; ++x) zeros += img[static_cast<size_t>(y) * w + x] == 0;
-        EXPECT_DOUBLE_EQ(QelGetBlackRatioInBinaryImg(img.data(), w, 1, w - 2, 1, h - 2),
-                         zeros * 1.0 / ((w - 2) * (h - 2)));
-    }
+// Number of pixels in the 3 x 3 window around (x, y), centre excluded, that are at least t.
+int neighbours_at_least(const Bytes& img, int w, int x, int y, int t) {
+    int n = 0;
+    for (int dy = -1; dy <= 1; ++dy)
+        for (int dx = -1; dx <= 1; ++dx) n += (dx || dy) && img[(y + dy) * w + x + dx] >= t;
+    return n;
+}
+
+TEST(BinaryCount, HandWorkedCounts) {
+    Image img(5, 3);
+    img.set({{1, 0}, {0, 2}}, 3).set({{4, 0}}, 7).set({{2, 1}}, 9);
+    int x = -7, y = -9;
+    EXPECT_EQ(QelBinImgCentroid(img.data(), 5, 3, &x, &y), 4);
+    EXPECT_EQ(x, 7 / 4);  // truncated
+    EXPECT_EQ(y, 3 / 4);
+    EXPECT_EQ(QelPixelsInGryImg(img.data(), 5, 3, 3), 2);
+    EXPECT_EQ(QelGetWhitePixelsNum(img.data(), 5, 3, -1, 2, 1, 5), 2);  // clipped to columns 0..2, rows 1..2
+    EXPECT_DOUBLE_EQ(QelGetBlackRatioInBinaryImg(img.data(), 5, 1, 3, 0, 1), 4.0 / 6);
+    Image empty(6, 4);
+    x = -7, y = -9;
+    EXPECT_EQ(QelBinImgCentroid(empty.data(), 6, 4, &x, &y), 0);
+    EXPECT_EQ(std::make_pair(x, y), std::make_pair(-7, -9)) << "outputs written for an empty image";
 }
 
 TEST(BinaryCount, SearchCenterXTakesTheMiddleOfTheMostVotedColumns) {
-    // One run over columns 5..30: columns 6..29 get two votes each, the rest one.
-    Image img(40, 3);
-    for (int x = 5; x <= 30; ++x) img.at(x, 1) = 255;
-    EXPECT_EQ(QelBinImgSearchCenterX(img.data(), img.w, img.h, 0, 39), (6 + 29) / 2);
-    // Short runs (last − first ≤ 10) do not vote: all columns tie at 0 and the search spans x1..x2.
-    Image shortRun(40, 3);
-    for (int x = 5; x <= 15; ++x) shortRun.at(x, 1) = 255;
-    EXPECT_EQ(QelBinImgSearchCenterX(shortRun.data(), 40, 3, 3, 20), (3 + 20) / 2);
+    // Runs vote +1 for each column c after their start and +1 for each before their end, when
+    // end − start > 10: [5,30], [10,40] and [35,46] vote, [2,12] does not. Votes: 3 on 0..5, 4 on
+    // 6..10, 5 on 11..29, 4 on 30..35, 5 on 36..39, 4 on 40..45, 3 on 46..49.
+    Image img(50, 3);
+    img.box(5, 30, 0, 0, 255).box(10, 40, 1, 1, 255).box(2, 12, 2, 2, 255).box(35, 46, 2, 2, 255);
+    EXPECT_EQ(QelBinImgSearchCenterX(img.data(), 50, 3, 0, 49), (11 + 39) / 2);  // first to last maximum
+    EXPECT_EQ(QelBinImgSearchCenterX(img.data(), 50, 3, 32, 49), (36 + 39) / 2);
+    Image empty(50, 3);  // all columns tie at 0
+    EXPECT_EQ(QelBinImgSearchCenterX(empty.data(), 50, 3, 3, 20), (3 + 20) / 2);
+    Image wide(4097, 1, 255);
+    EXPECT_EQ(QelBinImgSearchCenterX(wide.data(), wide.w, wide.h, 100, 200), 0);
 }
 
-TEST(BinaryCount, SearchCenterXAgreesWithPerColumnVoting) {
-    for (unsigned seed = 1; seed <= 10; ++seed) {
-        const int w = 60, h = 9;
-        Bytes img = random_binary(w, h, 85, seed);
-        const int x1 = static_cast<int>(seed), x2 = w - 1 - static_cast<int>(seed) * 2;
-        std::vector<int> votes(w, 0);
-        for (int y = 0; y < h; ++y) {
-            for (int x = 0; x < w;) {
-                if (!img[y * w + x]) { ++x; continue; }
-                const int s = x;
-                while (x < w && img[y * w + x]) ++x;
-                const int e = x - 1;
-                if (e - s > 10)
-                    for (int c = x1; c <= x2; ++c) votes[c] += (s < c) + (e > c);
-            }
-        }
-        const int best = *std::max_element(votes.begin() + x1, votes.begin() + x2 + 1);
-        int begin = -1, end = -1;
-        for (int c = x1; c <= x2; ++c)
-            if (votes[c] == best) { if (begin < 0) begin = c; end = c; }
-        EXPECT_EQ(QelBinImgSearchCenterX(img.data(), w, h, x1, x2), (begin + end) / 2) << "seed " << seed;
-    }
-}
-
-TEST(BinaryCount, SearchCenterXRefusesWidthsOver4096) {
-    Image img(4097, 1, 255);
-    EXPECT_EQ(QelBinImgSearchCenterX(img.data(), img.w, img.h, 100, 200), 0);
-}
-
-// ---- point deletion -------------------------------------------------------------------------
-
-TEST(BinaryPoints, IsolatedPointGoesButPairsAndBorderRowsStay) {
-    Image img(8, 6);
-    img.at(3, 2) = 255;                   // isolated: goes
-    img.at(5, 3) = 255, img.at(6, 4) = 255;  // a diagonal pair: stays
-    img.at(4, 0) = 255;                   // row 0 is never examined
+TEST(BinaryPoints, IsolatedPointsGoAndNeighboursWrapAcrossRowEnds) {
+    // Row 0 is never examined; (0,1) and (7,5), the first and last pixels visited, and (3,2) are
+    // alone. Column 7's right neighbour is column 0 of the row below, and the other way round for
+    // the left neighbour, so (7,3) and (0,4) keep each other; so does a diagonal pair.
+    Image img(8, 7);
+    img.set({{4, 0}, {0, 1}, {3, 2}, {7, 3}, {0, 4}, {4, 4}, {5, 5}, {7, 5}});
     QelBinImgDeleteIsolatedPoints(img.data(), img.w, img.h);
-    EXPECT_EQ(img.at(3, 2), 0);
-    EXPECT_EQ(img.at(5, 3), 255);
-    EXPECT_EQ(img.at(6, 4), 255);
-    EXPECT_EQ(img.at(4, 0), 255);
+    EXPECT_EQ(img.px, Image(8, 7).set({{4, 0}, {7, 3}, {0, 4}, {4, 4}, {5, 5}}).px);
 }
 
-TEST(BinaryPoints, IsolatedPointTestWrapsAroundTheRowEnds) {
-    Image img(8, 6);
-    // Column 0 of row 2 sees the last pixel of row 1 as its left neighbour, and column 7 of row 3
-    // sees the first pixel of row 4 as its right neighbour: both are kept.
-    img.at(0, 2) = 255, img.at(7, 1) = 255;
-    img.at(7, 3) = 255, img.at(0, 4) = 255;
-    // Column 0 of row 1 with nothing around (its upper-left neighbour lies before the buffer) goes.
-    Image lone(8, 6);
-    lone.at(0, 1) = 255;
-    lone.at(7, 4) = 255;  // the last visited pixel: its lower-right neighbour lies after the buffer
-    QelBinImgDeleteIsolatedPoints(img.data(), img.w, img.h);
-    QelBinImgDeleteIsolatedPoints(lone.data(), lone.w, lone.h);
-    EXPECT_EQ(img.at(0, 2), 255);
-    EXPECT_EQ(img.at(7, 3), 255);
-    EXPECT_EQ(lone.at(0, 1), 0);
-    EXPECT_EQ(lone.at(7, 4), 0);
-}
-
-TEST(BinaryPoints, DeletionsBelowNAreSeenByLaterPixels) {
-    // A horizontal pair: the first pixel has one like neighbour (< 2) and goes; the second then has
-    // none and goes too.
-    Image img(6, 5);
-    img.at(2, 2) = 255, img.at(3, 2) = 255;
-    QelBinImgDeletePointsLessThanN(img.data(), img.w, img.h, 255, 2);
-    EXPECT_EQ(img.at(2, 2), 0);
-    EXPECT_EQ(img.at(3, 2), 0);
-    // With value 0 the deleted pixels become 255: a black pixel with 8 black neighbours (> 7)
-    // turns white; one on the frame is not examined.
-    Image black(5, 5, 0);
+TEST(BinaryPoints, LikeNeighbourDeletionsAreSeenByLaterPixels) {
+    // A horizontal pair with n = 2: the first has one like neighbour and goes, then the second has none.
+    Image pair(6, 5);
+    pair.set({{2, 2}, {3, 2}});
+    QelBinImgDeletePointsLessThanN(pair.data(), pair.w, pair.h, 255, 2);
+    EXPECT_EQ(pair.px, Image(6, 5).px);
+    // Value 0 turns into 255: (1,1) sees 8 black neighbours (> 7) and turns, then (2,1) sees only 7
+    // and stays, (3,1) 8 again, and so on; the frame is not examined.
+    Image black(5, 5);
     QelBinImgDeletePointsMoreThanN(black.data(), black.w, black.h, 0, 7);
-    EXPECT_EQ(black.at(1, 1), 255);  // first in raster order, sees 8 black neighbours
-    EXPECT_EQ(black.at(2, 1), 0);    // now sees 7
-    EXPECT_EQ(black.at(0, 0), 0);
+    EXPECT_EQ(black.px, Image(5, 5).set({{1, 1}, {3, 1}, {1, 3}, {3, 3}}).px);
 }
 
-// ---- 3 × 3 rank filters ---------------------------------------------------------------------
-
-TEST(BinaryRank, DilationGrowsAWhitePointToItsSquare) {
-    Image img(7, 7), out(7, 7, 9);
-    img.at(3, 3) = 255;
-    QelBinImgMaxFilter3x3(img.data(), img.w, img.h, out.data());
-    for (int y = 0; y < 7; ++y)
-        for (int x = 0; x < 7; ++x) EXPECT_EQ(out.at(x, y), (std::abs(x - 3) <= 1 && std::abs(y - 3) <= 1) ? 255 : 0);
-}
-
-TEST(BinaryRank, ErosionLeavesALoneBlackPixelButSpreadsAPair) {
-    Image one(9, 9, 255), out(9, 9);
-    one.at(4, 4) = 0;
-    QelBinImgMinFilter3x3(one.data(), one.w, one.h, out.data());
-    EXPECT_EQ(out.px, one.px);  // the mirror of dilation would have eroded its square
-
-    Image pair(9, 9, 255);
-    pair.at(4, 4) = 0, pair.at(5, 4) = 0;
-    QelBinImgMinFilter3x3(pair.data(), pair.w, pair.h, out.data());
-    for (int y = 0; y < 9; ++y)
-        for (int x = 0; x < 9; ++x)
-            EXPECT_EQ(out.at(x, y), (x >= 3 && x <= 6 && y >= 3 && y <= 5) ? 0 : 255) << x << "," << y;
+TEST(BinaryRank, DilationGrowsAPointButErosionNeedsTwoBlackPixels) {
+    Image point(7, 7), out(7, 7, 9);
+    QelBinImgMaxFilter3x3(point.set({{3, 3}}).data(), 7, 7, out.data());
+    EXPECT_EQ(out.px, Image(7, 7).box(2, 4, 2, 4, 255).px);
+    // A lone black pixel has no black neighbour and spreads nothing; a pair erodes both squares.
+    Image lone(9, 9, 255), pair(9, 9, 255), eroded(9, 9);
+    QelBinImgMinFilter3x3(lone.set({{4, 4}}, 0).data(), 9, 9, eroded.data());
+    EXPECT_EQ(eroded.px, lone.px);
+    QelBinImgMinFilter3x3(pair.set({{4, 4}, {5, 4}}, 0).data(), 9, 9, eroded.data());
+    EXPECT_EQ(eroded.px, Image(9, 9, 255).box(3, 6, 3, 5, 0).px);
 }
 
 TEST(BinaryRank, RectangleFormTakesItsRowBoundFromTheWidth) {
-    // Width 6, height 12: centres stop at row width − 2 = 4 even though the rectangle goes lower.
+    // Width 6, height 12: centres stop at row width − 2 = 4 although the rectangle goes lower.
     Image img(6, 12), out(6, 12, 7);
-    img.at(2, 3) = 255;
-    img.at(2, 8) = 255;
-    QelBinImgMaxFilter3x3(img.data(), img.w, img.h, 0, 5, 0, 10, out.data());
-    EXPECT_EQ(out.at(1, 4), 255);  // dilated around row 3
-    EXPECT_EQ(out.at(2, 8), 255);  // copied
-    EXPECT_EQ(out.at(1, 8), 0);    // not dilated around row 8
-    EXPECT_EQ(out.at(0, 11), 7);   // outside the rectangle: untouched
-    // A wide image: the width bound would pass the bottom row; centres stop at row height − 2.
+    QelBinImgMaxFilter3x3(img.set({{2, 3}, {2, 8}}).data(), img.w, img.h, 0, 5, 0, 10, out.data());
+    EXPECT_EQ(out.px, Image(6, 12, 7).box(0, 5, 0, 10, 0).box(1, 3, 2, 4, 255).set({{2, 8}}).px);
+    // Wide image: the width bound would pass the last row, so centres stop at row height − 2.
     Image wide(20, 4, 255), wideOut(20, 4);
-    wide.at(5, 2) = 0, wide.at(6, 2) = 0;
-    QelBinImgMinFilter3x3(wide.data(), wide.w, wide.h, 0, 19, 0, 3, wideOut.data());
-    EXPECT_EQ(wideOut.at(5, 3), 0);
-    EXPECT_EQ(wideOut.at(5, 0), 255);
+    QelBinImgMinFilter3x3(wide.set({{5, 2}, {6, 2}}, 0).data(), wide.w, wide.h, 0, 19, 0, 3, wideOut.data());
+    EXPECT_EQ(wideOut.px, Image(20, 4, 255).box(4, 7, 1, 3, 0).px);
 }
 
 TEST(BinaryRank, ToColorRecoloursNewAndOldMarkers) {
-    Image img(6, 6);
-    img.at(2, 2) = 255;
-    img.at(5, 5) = 200;  // a marker already there also takes the colour
-    QelBinImgMaxFilter3x3ToColor(img.data(), img.w, img.h, 77);
-    EXPECT_EQ(img.at(1, 1), 77);
-    EXPECT_EQ(img.at(3, 3), 77);
-    EXPECT_EQ(img.at(2, 2), 255);
-    EXPECT_EQ(img.at(5, 5), 77);
-    EXPECT_EQ(img.at(4, 4), 0);
-
+    Image img(6, 6);  // a 200 already in the image takes the colour too
+    QelBinImgMaxFilter3x3ToColor(img.set({{2, 2}}).set({{5, 5}}, 200).data(), 6, 6, 77);
+    EXPECT_EQ(img.px, Image(6, 6).box(1, 3, 1, 3, 77).set({{2, 2}}).set({{5, 5}}, 77).px);
     Image hole(6, 6, 255);
-    hole.at(2, 2) = 0;
-    QelBinImgMinFilter3x3ToColor(hole.data(), hole.w, hole.h, 5);
-    EXPECT_EQ(hole.at(3, 1), 5);
-    EXPECT_EQ(hole.at(2, 2), 0);
-    EXPECT_EQ(hole.at(4, 4), 255);
+    QelBinImgMinFilter3x3ToColor(hole.set({{2, 2}}, 0).data(), 6, 6, 5);
+    EXPECT_EQ(hole.px, Image(6, 6, 255).box(1, 3, 1, 3, 5).set({{2, 2}}, 0).px);
 }
 
-TEST(BinaryRank, MajorityCountsNeighboursAndClearsTheFrame) {
-    Image img(5, 5, 255), out(5, 5, 9);
-    img.at(2, 2) = 0;
-    img.at(1, 1) = 0, img.at(2, 1) = 0, img.at(3, 1) = 0, img.at(1, 2) = 0;
-    QelBinImgMedFilter3x3(img.data(), img.w, img.h, out.data());
-    EXPECT_EQ(out.at(0, 0), 0);
-    EXPECT_EQ(out.at(4, 2), 0);
-    EXPECT_EQ(out.at(3, 2), 255);  // 5 white neighbours; the black centre does not count
-    EXPECT_EQ(out.at(2, 2), 0);    // 4 white neighbours
-
-    const Bytes r = random_binary(23, 17, 50, 3);
-    Bytes o(r.size(), 9);
-    QelBinImgMedFilter3x3(const_cast<unsigned char*>(r.data()), 23, 17, o.data());
-    EXPECT_TRUE(only_0_and_255(o));
-}
-
-TEST(BinaryRank, ThresholdAndMajorityCountsItsObjects) {
-    const int w = 19, h = 13;
-    Bytes img = random_grey(w, h, 5);
-    Bytes out(img.size(), 77);
-    const int objects = QelThresholdAndMedFilter3x3(img.data(), w, h, 128, out.data());
-    EXPECT_EQ(objects, std::count(out.begin(), out.end(), 255));
-    for (int x = 0; x < w; ++x) EXPECT_EQ(out[x], 77);  // row 0 not written
-    for (int y = 1; y < h - 1; ++y) EXPECT_EQ(out[y * w], 0);
-    for (int y = 1; y < h - 1; ++y)
-        for (int x = 1; x < w - 1; ++x) {
-            int n = 0;
-            for (int dy = -1; dy <= 1; ++dy)
-                for (int dx = -1; dx <= 1; ++dx) n += img[(y + dy) * w + x + dx] >= 128;
-            EXPECT_EQ(out[y * w + x], (img[y * w + x] >= 128 && n >= 5) ? 255 : 0);
+TEST(BinaryRank, MajorityFiltersAgreeWithNeighbourCounts) {
+    const int w = 19, h = 13, t = 128;
+    const Bytes grey = qel_test::random_grey(w, h, 5), binary = random_binary(w, h, 50, 3);
+    Bytes med(grey.size(), 9), thr(grey.size(), 77);
+    QelBinImgMedFilter3x3(const_cast<unsigned char*>(binary.data()), w, h, med.data());
+    const int objects = QelThresholdAndMedFilter3x3(const_cast<unsigned char*>(grey.data()), w, h, t, thr.data());
+    EXPECT_EQ(objects, std::count(thr.begin(), thr.end(), 255));
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            SCOPED_TRACE(testing::Message() << x << "," << y);
+            const bool frameRow = y == 0 || y == h - 1, frame = frameRow || x == 0 || x == w - 1;
+            // Non-zero neighbours only, centre excluded: 255 from 5 of 8.
+            EXPECT_EQ(med[y * w + x], !frame && neighbours_at_least(binary, w, x, y, 1) >= 5 ? 255 : 0);
+            // The centre must reach t and counts as one of the nine; rows 0 and h−1 are not written.
+            const bool object = !frame && grey[y * w + x] >= t && 1 + neighbours_at_least(grey, w, x, y, t) >= 5;
+            EXPECT_EQ(thr[y * w + x], frameRow ? 77 : object ? 255 : 0);
         }
 }
 
 TEST(BinaryRank, LittleWhiteFilterFillsTheGapBetweenFourPoints) {
-    Image img(9, 9), out(9, 9, 9);
-    img.at(3, 3) = 255, img.at(5, 3) = 255, img.at(3, 5) = 255, img.at(5, 5) = 255;
-    QelBinImgLittleWhitePixelsMed3x3Filter(img.data(), img.w, img.h, out.data());
     // The black pixel between them has four white neighbours; the points themselves have none.
-    EXPECT_EQ(out.at(4, 4), 255);
-    EXPECT_EQ(std::count(out.px.begin(), out.px.end(), 255), 1);
+    Image img(9, 9), out(9, 9, 9);
+    QelBinImgLittleWhitePixelsMed3x3Filter(img.set({{3, 3}, {5, 3}, {3, 5}, {5, 5}}).data(), 9, 9, out.data());
+    EXPECT_EQ(out.px, Image(9, 9).set({{4, 4}}).px);
 }
-
-// ---- box-count filters ----------------------------------------------------------------------
 
 TEST(BinaryBox, CountFilterAgreesWithWindowSumsAndCopiesBorders) {
     const int w = 21, h = 15, rx = 2, ry = 1;
-    const Bytes img = random_binary(w, h, 50, 8);
     const unsigned threshold = 255 * 7;
-    Bytes out(img.size(), 9);
-    EXPECT_TRUE(QelBinImgFilter(const_cast<unsigned char*>(img.data()), w, h, rx, ry, threshold, out.data()));
-    auto expected = [&](int x, int y) {
-        x = std::clamp(x, rx, w - 1 - rx);
-        y = std::clamp(y, ry, h - 1 - ry);
-        unsigned s = 0;
-        for (int j = -ry; j <= ry; ++j)
-            for (int i = -rx; i <= rx; ++i) s += img[(y + j) * w + x + i];
-        return s > threshold ? 255 : 0;
-    };
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) ASSERT_EQ(out[y * w + x], expected(x, y)) << x << "," << y;
-}
-
-// Reference for the masked filter: a centred window shrunk at the borders, mean compared with the
-// threshold, 126 in the last column.
-Bytes masked_reference(const Bytes& img, const Bytes& mask, int w, int h, int rx, int ry, int t, bool lut) {
-    Bytes out(img.size());
+    Bytes img = random_binary(w, h, 50, 8), out(img.size(), 9);
+    EXPECT_TRUE(QelBinImgFilter(img.data(), w, h, rx, ry, threshold, out.data()));
     for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x) {
-            const int hx = std::min({x, rx, w - 1 - x}), hy = std::min({y, ry, h - 1 - y});
-            long s = 0;
-            for (int j = y - hy; j <= y + hy; ++j)
-                for (int i = x - hx; i <= x + hx; ++i) {
-                    const int m = mask[j * w + i];
-                    s += img[j * w + i] & (lut ? (m <= 128 ? 255 : 0) : (~m & 255));
-                }
-            const long count = static_cast<long>(2 * hx + 1) * (2 * hy + 1);
-            out[y * w + x] = s > count * (x == w - 1 ? 126 : t) ? 255 : 0;
+            const int cx = std::clamp(x, rx, w - 1 - rx), cy = std::clamp(y, ry, h - 1 - ry);
+            const long s = window_sum(img, w, cx - rx, cx + rx, cy - ry, cy + ry);
+            ASSERT_EQ(out[y * w + x], s > threshold ? 255 : 0) << x << "," << y;
         }
-    return out;
 }
 
 TEST(BinaryBox, MaskedFiltersShrinkTheWindowAndUse126InTheLastColumn) {
-    const int w = 17, h = 12;
-    for (int t : {40, 126, 200}) {
-        const Bytes img = random_binary(w, h, 55, static_cast<unsigned>(t));
-        Bytes mask = random_grey(w, h, static_cast<unsigned>(t) + 1);
-        for (auto& m : mask) m = m < 60 ? 255 : m < 120 ? 129 : m < 180 ? 128 : 0;
-        Bytes out(img.size());
-        Bytes in = img;
-        ASSERT_TRUE(QelBinImgRemoveMskAndFilter(in.data(), mask.data(), w, h, 3, 2, t, out.data()));
-        EXPECT_EQ(out, masked_reference(img, mask, w, h, 3, 2, t, false)) << "threshold " << t;
-        ASSERT_TRUE(QelBinImgRemoveMskAndFilterUseLUT(in.data(), mask.data(), w, h, 3, 2, t, out.data()));
-        EXPECT_EQ(out, masked_reference(img, mask, w, h, 3, 2, t, true)) << "threshold " << t;
-    }
+    const int w = 17, h = 12, rx = 3, ry = 2;
+    for (int t : {40, 126, 200})
+        for (bool lut : {false, true}) {
+            SCOPED_TRACE(testing::Message() << "threshold " << t << (lut ? " LUT" : ""));
+            Bytes img = random_binary(w, h, 55, t), mask = qel_test::random_grey(w, h, t + 1), out(img.size());
+            for (auto& m : mask) m = m < 60 ? 255 : m < 120 ? 129 : m < 180 ? 128 : 0;
+            auto filter = lut ? QelBinImgRemoveMskAndFilterUseLUT : QelBinImgRemoveMskAndFilter;
+            ASSERT_TRUE(filter(img.data(), mask.data(), w, h, rx, ry, t, out.data()));
+            Bytes masked = img;  // the LUT form keeps pixels under mask values up to 128
+            for (size_t i = 0; i < img.size(); ++i) masked[i] &= lut ? (mask[i] <= 128 ? 255 : 0) : ~mask[i];
+            for (int y = 0; y < h; ++y)
+                for (int x = 0; x < w; ++x) {
+                    const int hx = std::min({x, rx, w - 1 - x}), hy = std::min({y, ry, h - 1 - y});
+                    const long s = window_sum(masked, w, x - hx, x + hx, y - hy, y + hy);
+                    const long pixels = (2 * hx + 1) * (2 * hy + 1);
+                    ASSERT_EQ(out[y * w + x], s > pixels * (x == w - 1 ? 126 : t) ? 255 : 0) << x << "," << y;
+                }
+        }
 }
 
-TEST(BinaryBox, MaskedFilterRefusesWidth4095) {
+TEST(BinaryBox, MaskedFiltersRefuseWidth4095) {
     Image img(4095, 1, 255), mask(4095, 1), out(4095, 1, 9);
     EXPECT_FALSE(QelBinImgRemoveMskAndFilter(img.data(), mask.data(), img.w, img.h, 1, 1, 100, out.data()));
     EXPECT_FALSE(QelBinImgRemoveMskAndFilterUseLUT(img.data(), mask.data(), img.w, img.h, 1, 1, 100, out.data()));
-    EXPECT_EQ(out.px, Bytes(4095, 9));
-    Image narrower(4094, 1, 255), narrowerMask(4094, 1), narrowerOut(4094, 1);
-    EXPECT_TRUE(QelBinImgRemoveMskAndFilter(narrower.data(), narrowerMask.data(), 4094, 1, 1, 1, 100, narrowerOut.data()));
+    EXPECT_EQ(out.px, Image(4095, 1, 9).px);
+    EXPECT_TRUE(QelBinImgRemoveMskAndFilter(img.data(), mask.data(), 4094, 1, 1, 1, 100, out.data()));
 }
 
-// ---- growing-window majority ----------------------------------------------------------------
-
-TEST(BinaryMajority, RowWindowShiftsAtTheEndsAndSkipsRowsWithoutAWindow) {
+TEST(BinaryMajority, RowWindowShiftsAtTheEndsGrowsDownAndSkipsRowsWithoutAWindow) {
     // rx0 = 1, ry0 = 0, no growth: a 3-wide majority along each row (mean above 127: two of three).
+    // x = 0 uses columns 0..2, x = 1..3 are centred, x = 4 and 5 use columns x−2..x.
     Image img(6, 2), out(6, 2, 9);
-    const unsigned char row[6] = {255, 255, 0, 0, 255, 0};
-    for (int x = 0; x < 6; ++x) img.at(x, 0) = img.at(x, 1) = row[x];
+    img.set({{0, 0}, {1, 0}, {4, 0}, {0, 1}, {1, 1}, {4, 1}});
     QelBinImgMedFilter(img.data(), img.w, img.h, 1, 0, 1.0, 1.0, out.data());
-    // x = 0 uses columns 0..2; x = 1..3 centred; x = 4, 5 use columns x−2..x.
-    const unsigned char expected[6] = {255, 255, 0, 0, 0, 0};
-    for (int x = 0; x < 6; ++x) EXPECT_EQ(out.at(x, 0), expected[x]) << x;
-    // Both half sizes 0: nothing written.
-    Image untouched(6, 2, 9);
+    EXPECT_EQ(out.px, Image(6, 2).set({{0, 0}, {1, 0}, {0, 1}, {1, 1}}).px);
+    Image untouched(6, 2, 9);  // both half sizes 0: nothing written
     QelBinImgMedFilter(img.data(), img.w, img.h, 0, 0, 1.0, 1.0, untouched.data());
-    EXPECT_EQ(untouched.px, Bytes(12, 9));
+    EXPECT_EQ(untouched.px, Image(6, 2, 9).px);
+    // x scale 17 on 8 rows: rx = round(1 × (16·y/8 + 1)) is 1 in row 0, 3 in row 1 and 5 in row 2,
+    // where a 2·5+1 window no longer fits 9 columns: that row and all below are left alone.
+    Image white(9, 8, 255), grown(9, 8, 9);
+    QelBinImgMedFilter(white.data(), 9, 8, 1, 0, 17.0, 1.0, grown.data());
+    EXPECT_EQ(grown.px, Image(9, 8, 9).box(0, 8, 0, 1, 255).px);  // row 1 has rx = 3
 }
-
-TEST(BinaryMajority, WindowGrowsDownTheImage) {
-    // rx0 = 1 with x scale 17: row y has rx = round(1 × (16·y/8 + 1)), so 1 in row 0 and 5 in row
-    // 2, where a 2·5+1 window no longer fits 9 columns and the row is left alone.
-    const int w = 9, h = 8;
-    Image img(w, h, 255), out(w, h, 9);
-    QelBinImgMedFilter(img.data(), w, h, 1, 0, 17.0, 1.0, out.data());
-    for (int x = 0; x < w; ++x) EXPECT_EQ(out.at(x, 0), 255);  // rx = 1
-    for (int x = 0; x < w; ++x) EXPECT_EQ(out.at(x, 2), 9);    // rx = round(1 × (16·2/8 + 1)) = 5: too wide
-}
-
-// ---- holes ----------------------------------------------------------------------------------
 
 TEST(BinaryHoles, FillsFromTheNearestPixelRightLeftDownUp) {
     Image img(7, 5), mask(7, 5, 255), out(7, 5);
-    mask.at(6, 4) = 0;
-    img.at(6, 4) = 200;  // masked off: out is 0 there
-    img.at(5, 2) = 10;   // two to the right of (3,2)
-    img.at(1, 2) = 20;   // two to the left: the right one comes first
-    img.at(3, 4) = 30;   // two below
+    mask.at(6, 4) = 0;   // masked off: 0 whatever the image holds
+    img.at(6, 4) = 200;
+    img.at(5, 2) = 10;   // two right of (3,2)
+    img.at(1, 2) = 20;   // two left: the right one comes first
+    img.at(3, 4) = 30;   // one below (3,3)
+    img.at(6, 0) = 40;   // the last pixel of row 0 is one "left" of (0,1): the look wraps across the row start
+    img.at(2, 0) = 50;   // straight above (2,1), but row 0 is never a source from above
     QelFillHolesByNearNeighbor(img.data(), mask.data(), img.w, img.h, 3, out.data());
     EXPECT_EQ(out.at(3, 2), 10);
     EXPECT_EQ(out.at(6, 4), 0);
-    EXPECT_EQ(out.at(1, 2), 20);  // non-zero pixels are copied
-    EXPECT_EQ(out.at(3, 3), 30);  // directly below
-    // Maximum distance 1: (3,2) finds nothing.
+    EXPECT_EQ(out.at(1, 2), 20);  // object pixels are copied
+    EXPECT_EQ(out.at(3, 3), 30);
     QelFillHolesByNearNeighbor(img.data(), mask.data(), img.w, img.h, 1, out.data());
-    EXPECT_EQ(out.at(3, 2), 0);
+    EXPECT_EQ(out.at(3, 2), 0);   // nothing within distance 1
+    EXPECT_EQ(out.at(0, 1), 40);
+    EXPECT_EQ(out.at(2, 1), 0);
+    EXPECT_EQ(out.at(3, 0), 50);  // row 0 itself fills from its left
 }
 
-TEST(BinaryHoles, LeftLookWrapsIntoTheRowAboveAndRowZeroIsNoSourceFromAbove) {
-    Image img(4, 3), mask(4, 3, 255), out(4, 3);
-    img.at(3, 0) = 50;  // the last pixel of row 0 is one to the "left" of (0,1)
-    QelFillHolesByNearNeighbor(img.data(), mask.data(), img.w, img.h, 1, out.data());
-    EXPECT_EQ(out.at(0, 1), 50);
-    Image top(4, 3), topOut(4, 3);
-    top.at(2, 0) = 60;  // straight above (2,1) but in row 0
-    QelFillHolesByNearNeighbor(top.data(), mask.data(), 4, 3, 1, topOut.data());
-    EXPECT_EQ(topOut.at(2, 1), 0);
-    EXPECT_EQ(topOut.at(3, 0), 60);  // row 0 still fills from its left
-}
-
-// ---- largest erosion size -------------------------------------------------------------------
-
-TEST(BinaryErosionSize, EmptyImageGivesZeroAndSizeMinusOne) {
-    Image img(8, 8), work(8, 8), result(8, 8);
+TEST(BinaryErosionSize, HandWorkedTotalsAndSizes) {
     int size = 5;
-    EXPECT_EQ(QelGetMaxSizeofMinFilter(img.data(), work.data(), result.data(), 8, 8, &size), 0);
+    Image result(12, 5);
+    auto total = [&](Image img) {
+        Image work(img.w, img.h);
+        result = Image(img.w, img.h);
+        return QelGetMaxSizeofMinFilter(img.data(), work.data(), result.data(), img.w, img.h, &size);
+    };
+    EXPECT_EQ(total(Image(8, 8)), 0);  // empty: nothing to erode
     EXPECT_EQ(size, -1);
-}
-
-TEST(BinaryErosionSize, ThinLineStopsAtOnceWithDistanceOne) {
-    Image img(12, 5), work(12, 5), result(12, 5);
-    for (int x = 2; x <= 9; ++x) img.at(x, 2) = 255;
-    int size = 0;
-    EXPECT_EQ(QelGetMaxSizeofMinFilter(img.data(), work.data(), result.data(), 12, 5, &size), 1);
+    EXPECT_EQ(total(Image(12, 5).box(2, 9, 2, 2, 255)), 1);  // one-pixel line: largest distance 1 at once
     EXPECT_EQ(size, 1);
-    EXPECT_EQ(result.at(5, 2), 1);  // the column distance replaced the row distance
-}
-
-TEST(BinaryErosionSize, SmallSquareErodesOnceToItsCentre) {
-    // A 3 × 3 square: distances 1 except 2 at the centre; median 1, so one 3 × 3 erosion leaves the
-    // centre, whose largest distance is 1. total = 1 + 1, size = 2·1 + 1.
-    int hist[256] = {0};
-    hist[1] = 8, hist[2] = 1;
-    ASSERT_EQ(std::max(QelGetMedianInHistogram(hist), 1), 1);
-    Image img(9, 9), work(9, 9), result(9, 9);
-    for (int y = 3; y <= 5; ++y)
-        for (int x = 3; x <= 5; ++x) img.at(x, y) = 255;
-    int size = 0;
-    EXPECT_EQ(QelGetMaxSizeofMinFilter(img.data(), work.data(), result.data(), 9, 9, &size), 2);
-    EXPECT_EQ(size, 3);
-}
-
-TEST(BinaryErosionSize, EndsOnAnImageThatNoErosionChanges) {
-    // All white: no zero pixel to erode from, so every round would be the same.
-    Image img(10, 10, 255), work(10, 10), result(10, 10);
-    int size = 0;
-    const int total = QelGetMaxSizeofMinFilter(img.data(), work.data(), result.data(), 10, 10, &size);
-    // Distances min(row, column) of a 10 × 10 square: median 2, largest 5; the 5 × 5 erosion
-    // keeps every pixel (the border rows and columns copy the computed ones), so the loop ends.
-    EXPECT_EQ(total, 2 + 5);
+    EXPECT_EQ(result.at(5, 2), 1) << "the column distance replaces the row distance";
+    // 3 x 3 square: distances 1 except 2 at the centre; median 1, one 3 x 3 erosion leaves the centre.
+    EXPECT_EQ(total(Image(9, 9).box(3, 5, 3, 5, 255)), 1 + 1);
+    EXPECT_EQ(size, 2 * 1 + 1);
+    // All white: distances min(row, column) to the border, median 2, largest 5; the 5 x 5 erosion
+    // keeps every pixel (borders copy the computed rows), so the loop ends instead of repeating.
+    EXPECT_EQ(total(Image(10, 10, 255)), 2 + 5);
     EXPECT_EQ(size, 2 * 2 + 5);
 }
 

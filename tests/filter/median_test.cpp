@@ -1,178 +1,116 @@
 #include <qel.h>
 
+#include "support/test_images.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <random>
 #include <vector>
 
 namespace {
 
-using Image = std::vector<unsigned char>;
+using qel_test::Bytes;
 
-Image randomImage(int width, int height, unsigned seed, int levels = 256) {
-    std::mt19937 rng(seed);
-    std::uniform_int_distribution<int> dist(0, levels - 1);
-    Image img(static_cast<size_t>(width) * height);
-    for (auto& p : img) p = static_cast<unsigned char>(dist(rng));
+Bytes random_levels(int width, int height, unsigned seed, int levels) {
+    Bytes img = qel_test::random_grey(width, height, seed);
+    for (auto& p : img) p = static_cast<unsigned char>(p % levels);
     return img;
 }
 
-// Window values of rows top..bottom, columns left..right (all inside the image), sorted.
-std::vector<int> sortedWindow(const Image& img, int width, int left, int right, int top, int bottom) {
+// Sorted values of rows top..bottom, columns left..right (all inside the image).
+std::vector<int> sorted_window(const Bytes& img, int width, int left, int right, int top, int bottom) {
     std::vector<int> v;
     for (int y = top; y <= bottom; ++y)
-        for (int x = left; x <= right; ++x) v.push_back(img[static_cast<size_t>(y) * width + x]);
+        for (int x = left; x <= right; ++x) v.push_back(img[y * width + x]);
     std::sort(v.begin(), v.end());
     return v;
 }
 
-// Byte at row r, column c of a width-wide image where c may pass the row end: the next row's
-// first pixels, and the last row again past the end of the buffer.
-int flatPixel(const Image& img, int width, int r, int c) {
-    long i = static_cast<long>(r) * width + c;
-    const long total = static_cast<long>(img.size());
-    while (i >= total) i -= width;
-    return img[static_cast<size_t>(i)];
-}
-
-int bandMean(const Image& img, int width, int height, int halfX, int halfY, int x, int y) {
-    const int top = std::max(0, y - halfY), bottom = std::min(height - 1, y + halfY);
+// Side-band mean of the fast filter: columns max(0, x−halfX)..x+halfX, not clipped on the right, so
+// they run on into the next row, and past the buffer's end into the last row again.
+int band_mean(const Bytes& img, int width, int height, int halfX, int halfY, int x, int y) {
     long sum = 0, n = 0;
-    for (int r = top; r <= bottom; ++r)
-        for (int c = std::max(0, x - halfX); c <= x + halfX; ++c, ++n) sum += flatPixel(img, width, r, c);
+    for (int r = std::max(0, y - halfY); r <= std::min(height - 1, y + halfY); ++r)
+        for (int c = std::max(0, x - halfX); c <= x + halfX; ++c, ++n) {
+            long i = static_cast<long>(r) * width + c;
+            while (i >= static_cast<long>(img.size())) i -= width;
+            sum += img[i];
+        }
     return static_cast<int>(sum / n);
 }
 
-Image fastMedian(Image src, int width, int height, int halfX, int halfY) {
-    Image dst(src.size(), 0xAB);
-    QelGryFastMedianFilter(src.data(), width, height, halfX, halfY, dst.data());
+using Filter = void (*)(unsigned char*, int, int, int, int, unsigned char*);
+constexpr Filter kFast = QelGryFastMedianFilter, kBoundary0 = QelGryImgMedianBoundary0;
+
+Bytes run(Filter filter, Bytes src, int width, int height, int halfX, int halfY) {
+    Bytes dst(src.size(), 0xAB);
+    filter(src.data(), width, height, halfX, halfY, dst.data());
     return dst;
 }
 
-Image median0(Image src, int width, int height, int halfX, int halfY) {
-    Image dst(src.size(), 0xAB);
-    QelGryImgMedianBoundary0(src.data(), width, height, halfX, halfY, dst.data());
-    return dst;
+TEST(FastMedian, HandWorkedImages) {
+    // Means in the bands; the last window reads one byte past the row: here the row's first pixel.
+    EXPECT_EQ(run(kFast, {10, 20, 200, 30, 40}, 5, 1, 1, 0), (Bytes{15, 20, 30, 90, (30 + 40 + 10) / 3}));
+    // The right band reads on into the next row, and past the buffer the last row again.
+    EXPECT_EQ(run(kFast, {10, 20, 200, 30, 40, 60, 7, 7, 7, 7}, 5, 2, 1, 0),
+              (Bytes{15, 20, 30, 90, (30 + 40 + 60) / 3, (60 + 7) / 2, 7, 7, 7, (7 + 7 + 60) / 3}));
+    // halfX 0: the last column holds vertical means. Even windows: {1, 4} gives 4 afresh, and 4 is
+    // kept for {2, 5}, which it still splits.
+    EXPECT_EQ(run(kFast, {1, 2, 9, 4, 5, 6, 7, 8, 0}, 3, 3, 0, 1),
+              (Bytes{4, 4, (9 + 6) / 2, 4, 5, (9 + 6 + 0) / 3, 7, 7, (6 + 0) / 2}));
+    // Six pixels, rank 4: {10,20,30,40,50,60} gives 40; {20,30,40,55,60,65} would give 55 afresh,
+    // but 40 still has fewer than 4 values on either side and is kept.
+    EXPECT_EQ(run(kFast, {10, 20, 30, 55, 0, 50, 60, 40, 65, 0}, 5, 2, 1, 1),
+              (Bytes{35, 40, 40, 190 / 6, 220 / 6, 35, 40, 40, 190 / 6, 220 / 6}));
 }
 
-TEST(FastMedian, FiveRowExampleUsesMeansInTheBands) {
-    // The last window reads one byte past the row; in a one-row image that is the row's first pixel.
-    const Image out = fastMedian({10, 20, 200, 30, 40}, 5, 1, 1, 0);
-    EXPECT_EQ(out, (Image{15, 20, 30, 90, (30 + 40 + 10) / 3}));
-}
-
-TEST(FastMedian, RightBandReadsTheFirstPixelOfTheNextRow) {
-    const Image out = fastMedian({10, 20, 200, 30, 40, 60, 7, 7, 7, 7}, 5, 2, 1, 0);
-    EXPECT_EQ(out[4], (30 + 40 + 60) / 3);
-    EXPECT_EQ(out[9], (7 + 7 + 60) / 3);  // last row: past the buffer the last row is read again
-}
-
-TEST(FastMedian, ZeroHalfWidthPutsTheVerticalMeanInTheLastColumn) {
-    const Image src{1, 2, 9, 4, 5, 6, 7, 8, 0};  // 3 x 3
-    const Image out = fastMedian(src, 3, 3, 0, 1);
-    EXPECT_EQ(out[0], 4);  // {1, 4}: a fresh search on an even count takes the upper middle value
-    EXPECT_EQ(out[1], 4);  // {2, 5}: 4 still splits the window and is kept, though no pixel has it
-    EXPECT_EQ(out[4], 5);           // median of {2, 5, 8}
-    EXPECT_EQ(out[2], (9 + 6) / 2);  // means in the last column
-    EXPECT_EQ(out[5], (9 + 6 + 0) / 3);
-    EXPECT_EQ(out[8], (6 + 0) / 2);
-}
-
-TEST(FastMedian, KeepsItsValueOnEvenWindowsWhileItStillSplitsThem) {
-    // 5 x 2 image, 3 x 3 window clipped to both rows: 6 pixels, rank 4. The first window
-    // {10,20,30,40,50,60} gives 40; the next {20,30,40,55,60,65} would give 55 afresh, but 40
-    // still has fewer than 4 values on either side and is kept.
-    const Image src{10, 20, 30, 55, 0,  //
-                    50, 60, 40, 65, 0};
-    const Image out = fastMedian(src, 5, 2, 1, 1);
-    for (int y = 0; y < 2; ++y) {
-        EXPECT_EQ(out[y * 5 + 1], 40);
-        EXPECT_EQ(out[y * 5 + 2], 40);
-    }
-}
-
-TEST(FastMedian, AgreesWithSortedWindowsAndMeansOnRandomImages) {
+TEST(FastMedian, AgreesWithSortedWindowsAndBandMeansAndKeepsConstants) {
     const int width = 23, height = 17;
-    for (int halfX : {0, 1, 3})
-        for (int halfY : {0, 1, 2, 4}) {
-            const Image src = randomImage(width, height, 100u + halfX * 10 + halfY, halfX == 3 ? 8 : 256);
-            const Image out = fastMedian(src, width, height, halfX, halfY);
-            for (int y = 0; y < height; ++y) {
-                const int top = std::max(0, y - halfY), bottom = std::min(height - 1, y + halfY);
-                for (int x = 0; x < width; ++x) {
-                    const int got = out[static_cast<size_t>(y) * width + x];
-                    if (x < halfX || x > width - halfX - 2) {
-                        ASSERT_EQ(got, bandMean(src, width, height, halfX, halfY, x, y)) << x << "," << y;
-                        continue;
-                    }
-                    const auto v = sortedWindow(src, width, x - halfX, x + halfX, top, bottom);
-                    if (v.size() % 2 == 1) {
-                        ASSERT_EQ(got, v[v.size() / 2]) << x << "," << y;
-                    } else {  // even count: somewhere between the two middle values
-                        ASSERT_GE(got, v[v.size() / 2 - 1]) << x << "," << y;
-                        ASSERT_LE(got, v[v.size() / 2]) << x << "," << y;
-                    }
-                }
-            }
-        }
-}
-
-TEST(FastMedian, WindowAsWideAsTheImageGivesMeansEverywhere) {
-    const int width = 6, height = 4;
-    const Image src = randomImage(width, height, 7);
-    for (int halfX : {3, 5, 9}) {
-        const Image out = fastMedian(src, width, height, halfX, 1);
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x)
-                ASSERT_EQ(out[static_cast<size_t>(y) * width + x], bandMean(src, width, height, halfX, 1, x, y));
-    }
-}
-
-TEST(MedianBoundary0, AgreesWithSortedWindowsAndLeavesAZeroFrame) {
-    const int width = 29, height = 21;
-    for (int halfX : {1, 2, 5})
-        for (int halfY : {1, 3, 6}) {
-            const Image src = randomImage(width, height, 300u + halfX * 10 + halfY, halfY == 3 ? 4 : 256);
-            const Image out = median0(src, width, height, halfX, halfY);
+    for (int halfX : {0, 1, 3, 11, 14})  // 11 and more: no median column, means everywhere
+        for (int halfY : {0, 1, 2, 4, 20}) {
+            SCOPED_TRACE(testing::Message() << "halfX " << halfX << " halfY " << halfY);
+            const Bytes src = random_levels(width, height, 100u + halfX * 10 + halfY, halfX == 3 ? 8 : 256);
+            const Bytes out = run(kFast, src, width, height, halfX, halfY);
+            EXPECT_EQ(run(kFast, Bytes(src.size(), 137), width, height, halfX, halfY), Bytes(src.size(), 137));
             for (int y = 0; y < height; ++y)
                 for (int x = 0; x < width; ++x) {
-                    const int got = out[static_cast<size_t>(y) * width + x];
-                    if (x < halfX || x >= width - halfX || y < halfY || y >= height - halfY) {
-                        ASSERT_EQ(got, 0) << x << "," << y;
-                    } else {
-                        const auto v = sortedWindow(src, width, x - halfX, x + halfX, y - halfY, y + halfY);
-                        ASSERT_EQ(got, v[v.size() / 2]) << x << "," << y;
+                    const int got = out[y * width + x];
+                    if (x < halfX || x > width - halfX - 2) {
+                        ASSERT_EQ(got, band_mean(src, width, height, halfX, halfY, x, y)) << x << "," << y;
+                        continue;
                     }
+                    const auto v = sorted_window(src, width, x - halfX, x + halfX, std::max(0, y - halfY),
+                                                 std::min(height - 1, y + halfY));
+                    // Odd counts give the median; even ones (clipped top and bottom rows) a value
+                    // between the two middle ones.
+                    ASSERT_GE(got, v[(v.size() - 1) / 2]) << x << "," << y;
+                    ASSERT_LE(got, v[v.size() / 2]) << x << "," << y;
                 }
         }
 }
 
-TEST(MedianBoundary0, HalfSizesBelowOneCountAsOne) {
-    const Image src = randomImage(12, 9, 5);
-    const Image reference = median0(src, 12, 9, 1, 1);
-    EXPECT_EQ(median0(src, 12, 9, 0, 0), reference);
-    EXPECT_EQ(median0(src, 12, 9, -3, 1), reference);
-}
-
-TEST(MedianBoundary0, ImageSmallerThanTheWindowComesOutAllZero) {
-    const Image src(4 * 9, 200);
-    EXPECT_EQ(median0(src, 4, 9, 2, 1), Image(src.size(), 0));
-    EXPECT_EQ(median0(src, 9, 4, 1, 2), Image(src.size(), 0));
-    Image fits(5 * 3, 0);  // the window fits exactly: one output pixel
-    fits[7] = 200;
-    EXPECT_EQ(median0(Image(5 * 3, 200), 5, 3, 2, 1), fits);
-}
-
-TEST(Median, ConstantImageStaysConstantIncludingTheBands) {
-    const int width = 15, height = 11;
-    const Image src(static_cast<size_t>(width) * height, 137);
-    for (int halfX : {0, 1, 4, 7, 20})
-        for (int halfY : {0, 2, 12}) EXPECT_EQ(fastMedian(src, width, height, halfX, halfY), src);
-    const Image out = median0(src, width, height, 2, 3);
-    for (int y = 3; y < height - 3; ++y)
-        for (int x = 2; x < width - 2; ++x) EXPECT_EQ(out[static_cast<size_t>(y) * width + x], 137);
+TEST(MedianBoundary0, AgreesWithSortedWindowsInsideAZeroFrameAndKeepsConstants) {
+    // Half sizes below 1 count as 1; a window larger than the image leaves it all 0, and one that
+    // fits exactly (5 x 3 with halves 2, 1) gives a single median.
+    const int sizes[][4] = {{29, 21, 1, 1}, {29, 21, 2, 3}, {29, 21, 5, 6}, {12, 9, 0, 0},
+                            {12, 9, -3, 1}, {4, 9, 2, 1},   {9, 4, 1, 2},   {5, 3, 2, 1}};
+    unsigned seed = 300;
+    for (const auto [width, height, halfX, halfY] : sizes) {
+        const int hx = std::max(1, halfX), hy = std::max(1, halfY), levels = seed % 2 ? 4 : 256;
+        for (const Bytes& src : {random_levels(width, height, seed++, levels), Bytes(width * height, 137)}) {
+            SCOPED_TRACE(testing::Message() << width << "x" << height << " halves " << halfX << "," << halfY);
+            const Bytes out = run(kBoundary0, src, width, height, halfX, halfY);
+            for (int y = 0; y < height; ++y)
+                for (int x = 0; x < width; ++x) {
+                    int expected = 0;
+                    if (x >= hx && x < width - hx && y >= hy && y < height - hy) {
+                        const auto v = sorted_window(src, width, x - hx, x + hx, y - hy, y + hy);
+                        expected = v[v.size() / 2];
+                    }
+                    ASSERT_EQ(out[y * width + x], expected) << x << "," << y;
+                }
+        }
+    }
 }
 
 }  // namespace
