@@ -127,6 +127,23 @@ void Args::expectPositional(size_t count) const {
     if (positional_.size() > count) throw UsageError("unexpected argument '" + positional_[count] + "'");
 }
 
+std::string Args::oneOf(const std::vector<std::string>& names) const {
+    std::string chosen;
+    int given = 0;
+    for (const auto& n : names) {
+        if (flag(n) || has(n)) {
+            ++given;
+            chosen = n;
+        }
+    }
+    if (given != 1) {
+        std::string list;
+        for (size_t i = 0; i < names.size(); ++i) list += (i == 0 ? "--" : i + 1 == names.size() ? " and --" : ", --") + names[i];
+        throw UsageError("give exactly one of " + list);
+    }
+    return chosen;
+}
+
 std::vector<unsigned char> readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) throw Failure("cannot open '" + path + "'");

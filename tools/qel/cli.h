@@ -34,6 +34,9 @@ public:
     // Comma-separated integers ("3,5"); UsageError unless exactly `count` of them.
     std::vector<int> integers(const std::string& name, size_t count) const;
     void expectPositional(size_t count) const;                    // UsageError otherwise
+    // The one option of `names` that was given (as a flag or with a value); UsageError when none
+    // or several were.
+    std::string oneOf(const std::vector<std::string>& names) const;
 private:
     std::vector<std::string> positional_;
     std::map<std::string, std::string> values_;

@@ -27,16 +27,10 @@ constexpr OperatorFlag kOperators[] = {
 };
 
 GradientOperator chooseOperator(const cli::Args& args) {
-    int given = 0;
-    GradientOperator chosen = nullptr;
-    for (const auto& o : kOperators) {
-        if (args.flag(o.flag)) {
-            ++given;
-            chosen = o.run;
-        }
-    }
-    if (given != 1) throw cli::UsageError("give exactly one of --sobel, --sobel0, --sobel90, --prewitt and --roberts");
-    return chosen;
+    const std::string name = args.oneOf({"sobel", "sobel0", "sobel90", "prewitt", "roberts"});
+    for (const auto& o : kOperators)
+        if (name == o.flag) return o.run;
+    return nullptr;
 }
 
 int runEdges(const cli::Args& args) {

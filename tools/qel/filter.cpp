@@ -25,16 +25,10 @@ constexpr OperationFlag kOperations[] = {
 };
 
 Operation chooseOperation(const cli::Args& args) {
-    int given = 0;
-    Operation op = Operation::Box;
-    for (const auto& o : kOperations) {
-        if (args.flag(o.flag)) {
-            ++given;
-            op = o.op;
-        }
-    }
-    if (given != 1) throw cli::UsageError("give exactly one of --box, --median, --min, --max and --zed");
-    return op;
+    const std::string name = args.oneOf({"box", "median", "min", "max", "zed"});
+    for (const auto& o : kOperations)
+        if (name == o.flag) return o.op;
+    return Operation::Box;
 }
 
 using LineFilter = void (*)(unsigned char*, int, int, unsigned char*);

@@ -26,17 +26,10 @@ constexpr OperationName kOperations[] = {
 };
 
 Operation chooseOperation(const cli::Args& args) {
-    int given = 0;
-    Operation op = Operation::Dilate;
-    for (const auto& o : kOperations) {
-        const bool present = o.op == Operation::Clean ? args.has(o.name) : args.flag(o.name);
-        if (present) {
-            ++given;
-            op = o.op;
-        }
-    }
-    if (given != 1) throw cli::UsageError("give exactly one of --dilate, --erode, --median, --thin and --clean N");
-    return op;
+    const std::string name = args.oneOf({"dilate", "erode", "median", "thin", "clean"});
+    for (const auto& o : kOperations)
+        if (name == o.name) return o.op;
+    return Operation::Dilate;
 }
 
 bool isBinary(const std::vector<unsigned char>& pixels) {

@@ -1,0 +1,23 @@
+# Runs the qel tool once and checks its exit status and that its output mentions EXPECT.
+# -DTOOL=... -DARGS=a;b;c (a list) -DRC=<status> [-DEXPECT=<regex>] [-DOUTPUT=<file that must exist>]
+set(args ${ARGS})
+if(OUTPUT)
+  file(REMOVE "${OUTPUT}")
+endif()
+execute_process(COMMAND "${TOOL}" ${args} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(NOT rc STREQUAL "${RC}")
+  message(FATAL_ERROR "qel ${ARGS}: exit status ${rc}, wanted ${RC}\nstdout: ${out}\nstderr: ${err}")
+endif()
+if(EXPECT AND NOT "${out}${err}" MATCHES "${EXPECT}")
+  message(FATAL_ERROR "qel ${ARGS}: output does not match '${EXPECT}'\nstdout: ${out}\nstderr: ${err}")
+endif()
+if(OUTPUT AND NOT EXISTS "${OUTPUT}")
+  message(FATAL_ERROR "qel ${ARGS}: ${OUTPUT} was not written")
+endif()
+if(NOT OUTPUT)
+  # A failed run leaves no file behind.
+  file(GLOB leftovers "${WORK}/*.part")
+  if(leftovers)
+    message(FATAL_ERROR "qel ${ARGS}: left ${leftovers} behind")
+  endif()
+endif()
