@@ -1,5 +1,6 @@
 # Runs the qel tool once and checks its exit status and that its output mentions EXPECT.
-# -DTOOL=... -DARGS=a;b;c (a list) -DRC=<status> [-DEXPECT=<regex>] [-DOUTPUT=<file that must exist>]
+# -DTOOL=... -DARGS=a;b;c (a list) -DRC=<status> [-DEXPECT=<regex>]
+# [-DOUTPUT=<file the run writes: must exist after success, must not after failure>]
 set(args ${ARGS})
 if(OUTPUT)
   file(REMOVE "${OUTPUT}")
@@ -11,13 +12,12 @@ endif()
 if(EXPECT AND NOT "${out}${err}" MATCHES "${EXPECT}")
   message(FATAL_ERROR "qel ${ARGS}: output does not match '${EXPECT}'\nstdout: ${out}\nstderr: ${err}")
 endif()
-if(OUTPUT AND NOT EXISTS "${OUTPUT}")
-  message(FATAL_ERROR "qel ${ARGS}: ${OUTPUT} was not written")
-endif()
-if(NOT OUTPUT)
-  # A failed run leaves no file behind.
-  file(GLOB leftovers "${WORK}/*.part")
-  if(leftovers)
-    message(FATAL_ERROR "qel ${ARGS}: left ${leftovers} behind")
+if(OUTPUT)
+  if(RC STREQUAL "0" AND NOT EXISTS "${OUTPUT}")
+    message(FATAL_ERROR "qel ${ARGS}: ${OUTPUT} was not written")
+  endif()
+  # A failed run leaves nothing behind, not even its temporary file.
+  if(NOT RC STREQUAL "0" AND (EXISTS "${OUTPUT}" OR EXISTS "${OUTPUT}.part"))
+    message(FATAL_ERROR "qel ${ARGS}: a failed run left ${OUTPUT} behind")
   endif()
 endif()
