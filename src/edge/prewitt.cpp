@@ -56,12 +56,12 @@ BoxHalves clear_box_bands(unsigned char* dst, int width, int height, int halfX, 
 }
 
 // |p(x−2) + p(x−1) − p(x+1) − p(x+2)| of one row at column x.
-inline int four_pixel_difference(const unsigned char* p, int x) {
+inline int four_pixel_difference_in_row(const unsigned char* p, int x) {
     return std::abs(p[x - 2] + p[x - 1] - p[x + 1] - p[x + 2]);
 }
 
 // Same across rows: |p(x, y−2) + p(x, y−1) − p(x, y+1) − p(x, y+2)| with p pointing at (x, y).
-inline int four_pixel_difference(const unsigned char* p, std::ptrdiff_t stride) {
+inline int four_pixel_difference_in_column(const unsigned char* p, std::ptrdiff_t stride) {
     return std::abs(p[-2 * stride] + p[-stride] - p[stride] - p[2 * stride]);
 }
 
@@ -69,7 +69,7 @@ void prewitt90_rect(const unsigned char* src, int width, int x0, int x1, int y0,
     for (int y = y0; y <= y1; ++y) {
         const unsigned char* row = src + static_cast<std::ptrdiff_t>(y) * width;
         unsigned char* out = dst + static_cast<std::ptrdiff_t>(y) * width;
-        for (int x = x0; x <= x1; ++x) out[x] = clamp_to(four_pixel_difference(row, x), kMaxGrey);
+        for (int x = x0; x <= x1; ++x) out[x] = clamp_to(four_pixel_difference_in_row(row, x), kMaxGrey);
     }
 }
 
@@ -198,8 +198,8 @@ void QelGradient5x5ByPrewitt0_90(unsigned char* src, int width, int height, unsi
         unsigned char* out = dst + static_cast<std::ptrdiff_t>(y) * width;
         for (int x = kFixedFrame; x < width - kFixedFrame; ++x) {
             // each direction is clamped at 250 before the two are compared
-            const int h = std::min(qel::four_pixel_difference(row, x), qel::kMarkFreeMax);
-            const int v = std::min(qel::four_pixel_difference(row + x, static_cast<std::ptrdiff_t>(width)),
+            const int h = std::min(qel::four_pixel_difference_in_row(row, x), qel::kMarkFreeMax);
+            const int v = std::min(qel::four_pixel_difference_in_column(row + x, static_cast<std::ptrdiff_t>(width)),
                                    qel::kMarkFreeMax);
             out[x] = static_cast<unsigned char>(std::max(h, v));
         }
