@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <initializer_list>
 #include <utility>
 #include <vector>
@@ -38,8 +39,8 @@ Bytes random_binary(int w, int h, int percentWhite, unsigned seed) {
 }
 
 // Sum of columns x0..x1 of rows y0..y1.
-long window_sum(const Bytes& img, int w, int x0, int x1, int y0, int y1) {
-    long s = 0;
+int64_t window_sum(const Bytes& img, int w, int x0, int x1, int y0, int y1) {
+    int64_t s = 0;
     for (int y = y0; y <= y1; ++y)
         for (int x = x0; x <= x1; ++x) s += img[y * w + x];
     return s;
@@ -172,7 +173,7 @@ TEST(BinaryBox, CountFilterAgreesWithWindowSumsAndCopiesBorders) {
     for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x) {
             const int cx = std::clamp(x, rx, w - 1 - rx), cy = std::clamp(y, ry, h - 1 - ry);
-            const long s = window_sum(img, w, cx - rx, cx + rx, cy - ry, cy + ry);
+            const int64_t s = window_sum(img, w, cx - rx, cx + rx, cy - ry, cy + ry);
             ASSERT_EQ(out[y * w + x], s > threshold ? 255 : 0) << x << "," << y;
         }
 }
@@ -191,7 +192,7 @@ TEST(BinaryBox, MaskedFiltersShrinkTheWindowAndUse126InTheLastColumn) {
             for (int y = 0; y < h; ++y)
                 for (int x = 0; x < w; ++x) {
                     const int hx = std::min({x, rx, w - 1 - x}), hy = std::min({y, ry, h - 1 - y});
-                    const long s = window_sum(masked, w, x - hx, x + hx, y - hy, y + hy);
+                    const int64_t s = window_sum(masked, w, x - hx, x + hx, y - hy, y + hy);
                     const long pixels = (2 * hx + 1) * (2 * hy + 1);
                     ASSERT_EQ(out[y * w + x], s > pixels * (x == w - 1 ? 126 : t) ? 255 : 0) << x << "," << y;
                 }
