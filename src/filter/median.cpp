@@ -4,13 +4,16 @@
 // pixels below, equal to and above m. Sliding the window one step costs one histogram update per
 // pixel that leaves or enters (2 × window height for a horizontal step), followed by a short walk
 // over the bins between the old and the new median; the cost does not grow with the window width.
-// All state lives on the call's stack, so both filters are reentrant.
+// All state lives on the call (stack or per-call buffers), so both filters are reentrant.
+// The 3 × 3 and 5 × 5 windows of QelGryImgMedianBoundary0 take a faster, exact route through
+// min/max sorting networks (see "Small windows" below).
 #include "qel/filter.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace qel {
 namespace {
@@ -167,6 +170,125 @@ void band_means(const FlatReader& reader, int top, int bottom, int halfX, int x0
     }
 }
 
+// ---- Small windows: exact medians by min/max networks ----
+//
+// With an odd count the sliding histogram keeps the exact median, so the 3 × 3 and 5 × 5 windows
+// can take it from a sorting network instead. Each output row first sorts every column of its
+// window rows vertically (shared by all the windows that contain that column), then combines
+// neighbouring columns per pixel. Only min and max are used and no pixel depends on another, so
+// the compiler vectorises the loops across columns.
+
+inline unsigned char lower(unsigned char a, unsigned char b) { return a < b ? a : b; }
+inline unsigned char upper(unsigned char a, unsigned char b) { return a < b ? b : a; }
+
+// Puts the smaller of a, b in a and the larger in b.
+inline void order(unsigned char& a, unsigned char& b) {
+    const unsigned char lo = lower(a, b);
+    b = upper(a, b);
+    a = lo;
+}
+
+inline unsigned char median3(unsigned char a, unsigned char b, unsigned char c) {
+    return upper(lower(a, b), lower(upper(a, b), c));
+}
+
+// Sorts v[0..4] ascending with the 9-comparator network for five elements.
+inline void sort5(unsigned char* v) {
+    order(v[0], v[1]);
+    order(v[3], v[4]);
+    order(v[2], v[4]);
+    order(v[2], v[3]);
+    order(v[0], v[3]);
+    order(v[0], v[2]);
+    order(v[1], v[4]);
+    order(v[1], v[3]);
+    order(v[1], v[2]);
+}
+
+// Moves the minimum of w[0..n−1] to w[0] and the maximum to w[n−1]; the others keep their values
+// between them in some order.
+template <int kCount>
+inline void extremes_to_ends(unsigned char* w) {
+    for (int i = 1; i < kCount; ++i) order(w[0], w[i]);
+    for (int i = 1; i < kCount - 1; ++i) order(w[i], w[kCount - 1]);
+}
+
+// 3 × 3: with each column sorted into lo ≤ mid ≤ hi, the median of the window is the median of
+// (largest of the three lows, median of the three mids, smallest of the three highs).
+void median_3x3(const unsigned char* src, int width, int height, unsigned char* dst) {
+    std::vector<unsigned char> sorted(static_cast<size_t>(width) * 3);
+    unsigned char* lo = sorted.data();
+    unsigned char* mid = lo + width;
+    unsigned char* hi = mid + width;
+    for (int y = 1; y <= height - 2; ++y) {
+        const unsigned char* a = src + static_cast<ptrdiff_t>(y - 1) * width;
+        const unsigned char* b = a + width;
+        const unsigned char* c = b + width;
+        for (int x = 0; x < width; ++x) {
+            const unsigned char l = lower(a[x], b[x]);
+            const unsigned char h = upper(a[x], b[x]);
+            lo[x] = lower(l, c[x]);
+            mid[x] = upper(l, lower(h, c[x]));
+            hi[x] = upper(h, c[x]);
+        }
+        unsigned char* out = dst + static_cast<ptrdiff_t>(y) * width;
+        for (int x = 1; x <= width - 2; ++x) {
+            const unsigned char maxLow = upper(upper(lo[x - 1], lo[x]), lo[x + 1]);
+            const unsigned char midMid = median3(mid[x - 1], mid[x], mid[x + 1]);
+            const unsigned char minHigh = lower(lower(hi[x - 1], hi[x]), hi[x + 1]);
+            out[x] = median3(maxLow, midMid, minHigh);
+        }
+    }
+}
+
+// 5 × 5: with each column sorted, sorting the five values of each rank across the window's columns
+// leaves a 5 × 5 table sorted along both directions, where entry (i, j) has at least (i+1)(j+1)
+// entries at or below it and (5−i)(5−j) at or above it. Only 13 entries can be the 13th of 25
+// (six are certainly lower, six certainly higher), so the median is the median of those 13:
+// ranks 3-4 of the lowest rank row, 2-4 of the next, 1-3, 0-2 and 0-1 of the highest. The median
+// of 13 is found by forgetful selection: of the values still in play, N/2 + 2 are loaded, their
+// minimum and maximum cannot be the median and are dropped, and one more value is loaded.
+void median_5x5(const unsigned char* src, int width, int height, unsigned char* dst) {
+    constexpr int kSide = 5;
+    std::vector<unsigned char> sorted(static_cast<size_t>(width) * kSide);
+    unsigned char* rank[kSide];
+    for (int i = 0; i < kSide; ++i) rank[i] = sorted.data() + static_cast<ptrdiff_t>(i) * width;
+    for (int y = 2; y <= height - 3; ++y) {
+        const unsigned char* top = src + static_cast<ptrdiff_t>(y - 2) * width;
+        for (int x = 0; x < width; ++x) {
+            unsigned char v[kSide];
+            for (int i = 0; i < kSide; ++i) v[i] = top[static_cast<ptrdiff_t>(i) * width + x];
+            sort5(v);
+            for (int i = 0; i < kSide; ++i) rank[i][x] = v[i];
+        }
+        unsigned char* out = dst + static_cast<ptrdiff_t>(y) * width;
+        for (int x = 2; x <= width - 3; ++x) {
+            unsigned char r[kSide][kSide];
+            for (int i = 0; i < kSide; ++i) {
+                for (int j = 0; j < kSide; ++j) r[i][j] = rank[i][x - 2 + j];
+                sort5(r[i]);
+            }
+            // The 13 candidates in loading order; the first eight start the selection.
+            const unsigned char c[13] = {r[0][3], r[0][4], r[1][2], r[1][3], r[1][4], r[2][1], r[2][2],
+                                         r[2][3], r[3][0], r[3][1], r[3][2], r[4][0], r[4][1]};
+            unsigned char w[8];
+            for (int i = 0; i < 8; ++i) w[i] = c[i];
+            // Each round drops both ends of w[0..n−1], keeps w[1..n−2] and loads into w[0].
+            extremes_to_ends<8>(w);
+            w[0] = c[8];
+            extremes_to_ends<7>(w);
+            w[0] = c[9];
+            extremes_to_ends<6>(w);
+            w[0] = c[10];
+            extremes_to_ends<5>(w);
+            w[0] = c[11];
+            extremes_to_ends<4>(w);
+            w[0] = c[12];
+            out[x] = median3(w[0], w[1], w[2]);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace qel
 
@@ -218,6 +340,16 @@ void QelGryImgMedianBoundary0(unsigned char* src, int width, int height, int hal
     const int hy = std::max(1, halfY);
     std::memset(dst, 0, static_cast<size_t>(width) * static_cast<size_t>(height));
     if (hx > (width - 1) / 2 || hy > (height - 1) / 2) return;  // no window fits: all 0
+    // The smallest windows take the exact median from a sorting network; any other window slides
+    // the histogram. Both give the true median of an odd count.
+    if (hx == 1 && hy == 1) {
+        qel::median_3x3(src, width, height, dst);
+        return;
+    }
+    if (hx == 2 && hy == 2) {
+        qel::median_5x5(src, width, height, dst);
+        return;
+    }
 
     const int windowCols = 2 * hx + 1;
     const int windowRows = 2 * hy + 1;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -111,6 +112,48 @@ TEST(MedianBoundary0, AgreesWithSortedWindowsInsideAZeroFrameAndKeepsConstants) 
                 }
         }
     }
+}
+
+// The 3 x 3 and 5 x 5 windows take their medians from sorting networks: check every small shape
+// (including images narrower or lower than a window, which stay all 0), widths that leave odd
+// tails after whole vectors, and images with many ties.
+TEST(MedianBoundary0, SmallWindowsGiveTheSortedWindowMedianOnEveryShape) {
+    std::vector<std::pair<int, int>> shapes;
+    for (int w = 1; w <= 7; ++w)
+        for (int h = 1; h <= 7; ++h) shapes.push_back({w, h});
+    shapes.insert(shapes.end(), {{67, 13}, {40, 40}, {129, 6}});
+    unsigned seed = 700;
+    for (const auto& [width, height] : shapes)
+        for (const int half : {0, 1, 2})
+            for (const int levels : {3, 256}) {
+                SCOPED_TRACE(testing::Message() << width << "x" << height << " half " << half << " levels " << levels);
+                const int h = std::max(1, half);
+                const Bytes src = random_levels(width, height, seed++, levels);
+                const Bytes out = run(kBoundary0, src, width, height, half, half);
+                for (int y = 0; y < height; ++y)
+                    for (int x = 0; x < width; ++x) {
+                        int expected = 0;
+                        if (x >= h && x < width - h && y >= h && y < height - h)
+                            expected = sorted_window(src, width, x - h, x + h, y - h, y + h)[(2 * h + 1) * (2 * h + 1) / 2];
+                        ASSERT_EQ(out[y * width + x], expected) << x << "," << y;
+                    }
+            }
+}
+
+// The fast filter keeps the sliding histogram for every window; where its window is square and
+// unclipped, its median must match the sorting networks exactly.
+TEST(MedianBoundary0, SmallWindowsAgreeWithTheSlidingHistogram) {
+    const int width = 83, height = 31;
+    for (const int half : {1, 2})
+        for (const int levels : {2, 16, 256}) {
+            SCOPED_TRACE(testing::Message() << "half " << half << " levels " << levels);
+            const Bytes src = random_levels(width, height, 900u + half * 10 + levels, levels);
+            const Bytes networks = run(kBoundary0, src, width, height, half, half);
+            const Bytes histogram = run(kFast, src, width, height, half, half);
+            for (int y = half; y < height - half; ++y)
+                for (int x = half; x <= width - half - 2; ++x)  // the fast filter's median columns
+                    ASSERT_EQ(networks[y * width + x], histogram[y * width + x]) << x << "," << y;
+        }
 }
 
 }  // namespace

@@ -56,7 +56,8 @@ TEST(MinMax, HandWorkedRowAndColumn) {
 }
 
 TEST(MinMax, AgreeWithBruteForceInAndOutOfPlaceAndKeepConstants) {
-    const int sizes[][2] = {{1, 7}, {7, 1}, {2, 2}, {3, 5}, {37, 29}, {64, 3}};
+    // Widths 1 .. 6 put the clipped row ends next to (or over) each other.
+    const int sizes[][2] = {{1, 7}, {7, 1}, {2, 2}, {3, 5}, {4, 3}, {5, 2}, {6, 1}, {37, 29}, {64, 3}};
     unsigned seed = 1;
     for (const Case& c : kCases)
         for (const auto& s : sizes) {
