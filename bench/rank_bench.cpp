@@ -19,7 +19,7 @@ void BM_MedianBoundary0(benchmark::State& state) {
     }
     bench::set_pixels_processed(state);
 }
-BENCHMARK(BM_MedianBoundary0)->Arg(1)->Arg(2)->Arg(7)->Arg(15)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MedianBoundary0)->Arg(1)->Arg(2)->Arg(3)->Arg(7)->Arg(15)->Unit(benchmark::kMillisecond);
 
 template <void (*Filter)(unsigned char*, int, int, unsigned char*)>
 void BM_MinMax(benchmark::State& state) {

@@ -5,8 +5,9 @@
 // pixel that leaves or enters (2 × window height for a horizontal step), followed by a short walk
 // over the bins between the old and the new median; the cost does not grow with the window width.
 // All state lives on the call (stack or per-call buffers), so both filters are reentrant.
-// The 3 × 3 and 5 × 5 windows of QelGryImgMedianBoundary0 take a faster, exact route through
-// min/max sorting networks (see "Small windows" below).
+// QelGryImgMedianBoundary0 always has an odd count and so the exact median, which lets it take
+// faster exact routes: min/max sorting networks for the 3 × 3 and 5 × 5 windows (see "Small
+// windows" below) and per-column histograms for the larger ones (see "Larger windows").
 #include "qel/filter.h"
 
 #include <algorithm>
@@ -14,6 +15,13 @@
 #include <cstdint>
 #include <cstring>
 #include <vector>
+
+// SSE2 counts 16 histogram bins in two instructions; elsewhere (or with QEL_NO_SIMD defined, which
+// the tests use to check them) plain loops do the same.
+#if !defined(QEL_NO_SIMD) && (defined(__SSE2__) || defined(_M_X64) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2))
+#define QEL_MEDIAN_SSE2 1
+#include <emmintrin.h>
+#endif
 
 namespace qel {
 namespace {
@@ -289,6 +297,163 @@ void median_5x5(const unsigned char* src, int width, int height, unsigned char* 
     }
 }
 
+
+// ---- Larger windows: cumulative column histograms with a coarse level ----
+//
+// Every image column keeps the histogram of its 2·hy+1 pixels in the current band of rows; moving
+// to the next output row costs each column one pixel out and one pixel in. The window histogram
+// then slides right by adding the entering column's histogram and subtracting the leaving one's.
+// Each histogram has two levels of 16 bins: coarse bins by value >> 4, and under each coarse bin
+// 16 fine bins by value & 15. Both levels are kept cumulative (bin j counts the pixels in bins
+// 0 .. j), so that every update and every search is one 16-lane operation without branches: the
+// bin holding the K-th pixel is the number of bins whose cumulative count stays below K.
+// Only the coarse level of the window follows every step. The fine bins under the median's coarse
+// bin are brought up to date when needed, from the columns that changed since they were last used,
+// or summed afresh when that costs less. Images change slowly, so the median usually stays under
+// one or two coarse bins, and each pixel costs a few 16-lane additions however large the window.
+// Counters are 16 bits wide, so this route takes windows of at most 65535 pixels.
+
+constexpr int kLaneShift = 4;
+constexpr int kLanes = 1 << kLaneShift;  // bins per level
+constexpr int kLaneMask = kLanes - 1;
+constexpr int kMaxLaneCount = 0xFFFF;
+
+using Count = uint16_t;
+
+// Sixteen counters at a time. Counts are unsigned and may wrap on the way; the true counts fit in
+// 16 bits, so the wrapped sums come out exact.
+#if defined(QEL_MEDIAN_SSE2)
+inline __m128i load8(const Count* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+inline void store8(Count* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+
+inline void add_lanes(Count* acc, const Count* in) {
+    store8(acc, _mm_add_epi16(load8(acc), load8(in)));
+    store8(acc + 8, _mm_add_epi16(load8(acc + 8), load8(in + 8)));
+}
+inline void sub_lanes(Count* acc, const Count* out) {
+    store8(acc, _mm_sub_epi16(load8(acc), load8(out)));
+    store8(acc + 8, _mm_sub_epi16(load8(acc + 8), load8(out + 8)));
+}
+inline void add_sub_lanes(Count* acc, const Count* in, const Count* out) {
+    store8(acc, _mm_sub_epi16(_mm_add_epi16(load8(acc), load8(in)), load8(out)));
+    store8(acc + 8, _mm_sub_epi16(_mm_add_epi16(load8(acc + 8), load8(in + 8)), load8(out + 8)));
+}
+// Number of bins of a cumulative histogram that hold fewer than `rank` pixels (1 .. 65535): the
+// bin where the rank-th pixel lies. A lane has reached the rank when rank − count, saturated at 0,
+// is 0.
+inline int bins_below(const Count* cumulative, int rank) {
+    // The same 16 bits as rank, as the signed lane type takes them.
+    const __m128i r = _mm_set1_epi16(static_cast<short>(rank > 0x7FFF ? rank - 0x10000 : rank));
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i reachedLo = _mm_cmpeq_epi16(_mm_subs_epu16(r, load8(cumulative)), zero);
+    const __m128i reachedHi = _mm_cmpeq_epi16(_mm_subs_epu16(r, load8(cumulative + 8)), zero);
+    const unsigned reached = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(reachedLo, reachedHi)));
+    // Cumulative counts never decrease, so the bins below the rank are the low bits that stay 0.
+    // The last bin holds every pixel counted, so some bit is set.
+#if defined(__GNUC__)
+    return __builtin_ctz(reached);
+#else
+    int below = 0;
+    while (!(reached >> below & 1u)) ++below;
+    return below;
+#endif
+}
+#else
+inline void add_lanes(Count* acc, const Count* in) {
+    for (int j = 0; j < kLanes; ++j) acc[j] = static_cast<Count>(acc[j] + in[j]);
+}
+inline void sub_lanes(Count* acc, const Count* out) {
+    for (int j = 0; j < kLanes; ++j) acc[j] = static_cast<Count>(acc[j] - out[j]);
+}
+inline void add_sub_lanes(Count* acc, const Count* in, const Count* out) {
+    for (int j = 0; j < kLanes; ++j) acc[j] = static_cast<Count>(acc[j] + in[j] - out[j]);
+}
+inline int bins_below(const Count* cumulative, int rank) {
+    int n = 0;
+    for (int j = 0; j < kLanes; ++j) n += cumulative[j] < rank;
+    return n;
+}
+#endif
+
+// Row `bin` is the cumulative histogram of one pixel in bin `bin`: 0 before it, 1 from it on.
+struct Steps {
+    Count row[kLanes][kLanes]{};
+    constexpr Steps() {
+        for (int bin = 0; bin < kLanes; ++bin)
+            for (int j = bin; j < kLanes; ++j) row[bin][j] = 1;
+    }
+};
+constexpr Steps kSteps{};
+
+// Median of every full window, written to rows hy .. height−hy−1, columns hx .. width−hx−1. The
+// window must fit in the image and hold at most kMaxLaneCount pixels.
+void median_by_columns(const unsigned char* src, int width, int height, int hx, int hy,
+                       unsigned char* dst) {
+    const int windowCols = 2 * hx + 1;
+    const int windowRows = 2 * hy + 1;
+    const int rank = windowCols * windowRows / 2 + 1;  // the count is odd: the K-th is the median
+    const size_t cols = static_cast<size_t>(width);
+    // Coarse histogram of column x at x·16: one column's coarse bins are contiguous.
+    std::vector<Count> coarse(cols * kLanes, 0);
+    // Fine bins under coarse bin b of column x at (b·width + x)·16: those that one coarse bin
+    // needs are contiguous along the row.
+    std::vector<Count> fine(cols * kLevels, 0);
+    const auto coarse_of = [&](int x) { return coarse.data() + static_cast<size_t>(x) * kLanes; };
+    const auto fine_of = [&](int b, int x) { return fine.data() + (static_cast<size_t>(b) * cols + x) * kLanes; };
+    const auto enter = [&](int x, int v) {
+        add_lanes(coarse_of(x), kSteps.row[v >> kLaneShift]);
+        add_lanes(fine_of(v >> kLaneShift, x), kSteps.row[v & kLaneMask]);
+    };
+    const auto leave = [&](int x, int v) {
+        sub_lanes(coarse_of(x), kSteps.row[v >> kLaneShift]);
+        sub_lanes(fine_of(v >> kLaneShift, x), kSteps.row[v & kLaneMask]);
+    };
+    for (int r = 0; r < windowRows; ++r) {
+        const unsigned char* row = src + static_cast<ptrdiff_t>(r) * width;
+        for (int x = 0; x < width; ++x) enter(x, row[x]);
+    }
+
+    // The window's cumulative coarse histogram after one leading 0, so that coarseAfterZero[b]
+    // counts the pixels in the coarse bins before b (windowCoarse[b] those up to b).
+    Count coarseAfterZero[1 + kLanes] = {};
+    Count* windowCoarse = coarseAfterZero + 1;
+    Count windowFine[kLanes][kLanes];
+    int fineAt[kLanes];  // the window column at which windowFine[b] was last brought up to date
+    for (int y = hy; y <= height - hy - 1; ++y) {
+        if (y > hy) {
+            const unsigned char* leaving = src + static_cast<ptrdiff_t>(y - hy - 1) * width;
+            const unsigned char* entering = src + static_cast<ptrdiff_t>(y + hy) * width;
+            for (int x = 0; x < width; ++x) {
+                leave(x, leaving[x]);
+                enter(x, entering[x]);
+            }
+        }
+        std::fill(windowCoarse, windowCoarse + kLanes, Count{0});
+        for (int x = 0; x < windowCols; ++x) add_lanes(windowCoarse, coarse_of(x));
+        std::fill(fineAt, fineAt + kLanes, -1);  // no fine bins are valid at the row start
+
+        unsigned char* out = dst + static_cast<ptrdiff_t>(y) * width;
+        for (int x = hx; x <= width - hx - 1; ++x) {
+            if (x > hx) add_sub_lanes(windowCoarse, coarse_of(x + hx), coarse_of(x - hx - 1));
+            const int b = bins_below(windowCoarse, rank);
+            const int below = coarseAfterZero[b];  // pixels in the coarse bins before b
+
+            Count* seg = windowFine[b];
+            const int at = fineAt[b];
+            if (at < 0 || 2 * (x - at) >= windowCols) {
+                // Sum the window's columns afresh: cheaper than replaying the steps since `at`.
+                std::fill(seg, seg + kLanes, Count{0});
+                for (int c = x - hx; c <= x + hx; ++c) add_lanes(seg, fine_of(b, c));
+            } else {
+                for (int c = at + 1; c <= x; ++c) add_sub_lanes(seg, fine_of(b, c + hx), fine_of(b, c - hx - 1));
+            }
+            fineAt[b] = x;
+            const int j = bins_below(seg, rank - below);
+            out[x] = static_cast<unsigned char>((b << kLaneShift) + j);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace qel
 
@@ -340,14 +505,20 @@ void QelGryImgMedianBoundary0(unsigned char* src, int width, int height, int hal
     const int hy = std::max(1, halfY);
     std::memset(dst, 0, static_cast<size_t>(width) * static_cast<size_t>(height));
     if (hx > (width - 1) / 2 || hy > (height - 1) / 2) return;  // no window fits: all 0
-    // The smallest windows take the exact median from a sorting network; any other window slides
-    // the histogram. Both give the true median of an odd count.
+    // The smallest windows take the exact median from a sorting network, the others from column
+    // histograms, and windows too large for their 16-bit counters slide the histogram. All give
+    // the true median of an odd count.
     if (hx == 1 && hy == 1) {
         qel::median_3x3(src, width, height, dst);
         return;
     }
     if (hx == 2 && hy == 2) {
         qel::median_5x5(src, width, height, dst);
+        return;
+    }
+
+    if (static_cast<int64_t>(2 * hx + 1) * (2 * hy + 1) <= qel::kMaxLaneCount) {
+        qel::median_by_columns(src, width, height, hx, hy, dst);
         return;
     }
 

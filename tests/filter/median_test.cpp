@@ -156,4 +156,46 @@ TEST(MedianBoundary0, SmallWindowsAgreeWithTheSlidingHistogram) {
         }
 }
 
+// Windows larger than 5 x 5 take per-column histograms: hold them against sorted windows on noise,
+// on three grey levels (many ties) and on a noisy ramp (a median that drifts across bins), including
+// images exactly as large as the window or one pixel larger.
+TEST(MedianBoundary0, LargerWindowsGiveTheSortedWindowMedian) {
+    const int cases[][4] = {{40, 30, 3, 3},  {7, 7, 3, 3},   {8, 7, 3, 3},   {7, 8, 3, 3},  {45, 33, 4, 2},
+                            {9, 5, 4, 2},    {10, 6, 4, 2},  {61, 47, 7, 7}, {15, 15, 7, 7}, {16, 17, 7, 7},
+                            {23, 19, 11, 9}, {41, 3, 20, 1}, {3, 41, 1, 20}, {70, 9, 2, 3}};
+    unsigned seed = 1100;
+    for (const auto [width, height, halfX, halfY] : cases) {
+        Bytes ramp = random_levels(width, height, seed++, 24);
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) ramp[y * width + x] = static_cast<unsigned char>(ramp[y * width + x] + 3 * x + y);
+        for (const Bytes& src : {random_levels(width, height, seed++, 256), random_levels(width, height, seed++, 3), ramp}) {
+            SCOPED_TRACE(testing::Message() << width << "x" << height << " halves " << halfX << "," << halfY);
+            const Bytes out = run(kBoundary0, src, width, height, halfX, halfY);
+            for (int y = 0; y < height; ++y)
+                for (int x = 0; x < width; ++x) {
+                    int expected = 0;
+                    if (x >= halfX && x < width - halfX && y >= halfY && y < height - halfY) {
+                        const auto v = sorted_window(src, width, x - halfX, x + halfX, y - halfY, y + halfY);
+                        expected = v[v.size() / 2];
+                    }
+                    ASSERT_EQ(out[y * width + x], expected) << x << "," << y;
+                }
+        }
+    }
+}
+
+// Per-column histograms count in 16 bits: a 257 x 255 window (65535 pixels) is the largest they
+// take, a 257 x 257 one slides the plain histogram instead. Both give the median of the whole image.
+TEST(MedianBoundary0, WindowsAsLargeAsTheImageOnEitherSideOfTheSixteenBitCount) {
+    for (const int height : {255, 257}) {
+        const int width = 257;
+        const Bytes src = random_levels(width, height, 1200u + height, 256);
+        const Bytes out = run(kBoundary0, src, width, height, width / 2, height / 2);
+        const auto v = sorted_window(src, width, 0, width - 1, 0, height - 1);
+        Bytes expected(src.size(), 0);
+        expected[(height / 2) * width + width / 2] = static_cast<unsigned char>(v[v.size() / 2]);
+        EXPECT_EQ(out, expected) << "height " << height;
+    }
+}
+
 }  // namespace
