@@ -187,19 +187,17 @@ Image loadBmp(const std::string& path) {
     return img;
 }
 
-Image loadGreyBmp(const std::string& path, bool* converted) {
+Image loadGreyBmp(const std::string& path) {
     Image img = loadBmp(path);
-    if (converted != nullptr) *converted = img.channels == 3;
-    if (img.channels == 3) {
-        Image grey;
-        grey.width = img.width;
-        grey.height = img.height;
-        grey.channels = 1;
-        grey.pixels.resize(static_cast<size_t>(img.width) * static_cast<size_t>(img.height));
-        QelRGB2Gry(img.pixels.data(), img.width, img.height, grey.pixels.data());
-        return grey;
-    }
-    return img;
+    if (img.channels == 1) return img;
+    std::cerr << path << ": colour input converted to grey\n";
+    Image grey;
+    grey.width = img.width;
+    grey.height = img.height;
+    grey.channels = 1;
+    grey.pixels.resize(static_cast<size_t>(img.width) * static_cast<size_t>(img.height));
+    QelRGB2Gry(img.pixels.data(), img.width, img.height, grey.pixels.data());
+    return grey;
 }
 
 void saveBmp(const Image& image, const std::string& path, bool markColours) {

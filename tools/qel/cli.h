@@ -68,8 +68,8 @@ struct Image {
 
 // Reads an 8-bit or 24-bit BMP (depth taken from the header); Failure with a clear message otherwise.
 Image loadBmp(const std::string& path);
-// Reads a BMP and converts it to grey if it is colour; `converted` tells whether it was.
-Image loadGreyBmp(const std::string& path, bool* converted = nullptr);
+// Reads a BMP and converts it to grey if it is colour, saying so on stderr.
+Image loadGreyBmp(const std::string& path);
 // Writes 8-bit (grey) or 24-bit (BGR) BMP through a temporary file, so no half-written file is
 // left behind on failure.
 void saveBmp(const Image& image, const std::string& path, bool markColours = false);

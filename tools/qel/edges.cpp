@@ -38,9 +38,7 @@ int runEdges(const cli::Args& args) {
     const GradientOperator op = chooseOperator(args);
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
-    bool converted = false;
-    cli::Image img = cli::loadGreyBmp(in, &converted);
-    if (converted) std::cout << in << ": colour input converted to grey\n";
+    cli::Image img = cli::loadGreyBmp(in);
     if (img.width < 3 || img.height < 3)
         throw cli::UsageError("'" + in + "' is " + std::to_string(img.width) + " x " + std::to_string(img.height) +
                               "; the gradient operators need at least 3 x 3 pixels");

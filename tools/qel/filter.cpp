@@ -67,9 +67,7 @@ int runFilter(const cli::Args& args) {
 
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
-    bool converted = false;
-    cli::Image img = cli::loadGreyBmp(in, &converted);
-    if (converted) std::cout << in << ": colour input converted to grey\n";
+    cli::Image img = cli::loadGreyBmp(in);
     if (op != Operation::Zed && (rx > (img.width - 1) / 2 || ry > (img.height - 1) / 2))
         throw cli::UsageError("the " + std::to_string(2 * rx + 1) + " x " + std::to_string(2 * ry + 1) +
                               " window is larger than the " + std::to_string(img.width) + " x " +

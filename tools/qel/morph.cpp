@@ -48,9 +48,7 @@ int runMorph(const cli::Args& args) {
 
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
-    bool converted = false;
-    cli::Image img = cli::loadGreyBmp(in, &converted);
-    if (converted) std::cerr << "qel morph: " << in << ": colour input converted to grey\n";
+    cli::Image img = cli::loadGreyBmp(in);
     const int w = img.width;
     const int h = img.height;
     if (!isBinary(img.pixels)) {

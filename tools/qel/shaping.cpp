@@ -55,9 +55,7 @@ int runEqualize(const cli::Args& args) {
     const std::string method = args.value("method", "fast");
     if (method != "fast" && method != "standard")
         throw cli::UsageError("unknown method '" + method + "' (use fast or standard)");
-    bool converted = false;
-    cli::Image img = cli::loadGreyBmp(args.positional()[0], &converted);
-    if (converted) std::cerr << "qel equalize: colour input converted to grey\n";
+    cli::Image img = cli::loadGreyBmp(args.positional()[0]);
     if (method == "fast") QelHistogramEqualizeFast(img.pixels.data(), img.width, img.height);
     else QelHistogramEqualizeStandard(img.pixels.data(), img.width, img.height);
     cli::saveBmp(img, args.positional()[1]);

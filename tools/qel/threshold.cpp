@@ -14,10 +14,6 @@ constexpr int kDefaultPlotWidth = 256;
 constexpr int kDefaultPlotHeight = 128;
 constexpr int kMaxPlotSide = 8192;
 
-void noteConversion(bool converted, const std::string& path) {
-    if (converted) std::cout << path << ": colour input converted to grey\n";
-}
-
 // ---- qel threshold ----------------------------------------------------------------------------
 int runThreshold(const cli::Args& args) {
     args.expectPositional(2);
@@ -41,9 +37,7 @@ int runThreshold(const cli::Args& args) {
 
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
-    bool converted = false;
-    cli::Image img = cli::loadGreyBmp(in, &converted);
-    noteConversion(converted, in);
+    cli::Image img = cli::loadGreyBmp(in);
 
     int threshold = 0;
     if (ratioGiven) {
@@ -79,9 +73,7 @@ int runHistogram(const cli::Args& args) {
         throw cli::UsageError("--plot-width and --plot-height must be between 1 and " + std::to_string(kMaxPlotSide));
 
     const std::string in = args.positional()[0];
-    bool converted = false;
-    cli::Image img = cli::loadGreyBmp(in, &converted);
-    noteConversion(converted, in);
+    cli::Image img = cli::loadGreyBmp(in);
 
     int hist[kLevels];
     QelGetHistogram(img.pixels.data(), img.width, img.height, hist);
