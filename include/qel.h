@@ -10,5 +10,8 @@
 #include "qel/filter.h"
 #include "qel/edge.h"
 #include "qel/binary.h"
+#include "qel/contour.h"
+#include "qel/line.h"
+#include "qel/draw.h"
 
 #endif  // QEL_H
