@@ -69,21 +69,21 @@ inline bool truncated_index(double v, int limit, int* index) {
     return true;
 }
 
-// Row y, columns x1..x2 (inclusive, either order), skipping what lies outside the image.
+// Row y, columns from..to (inclusive; nothing when from > to), skipping what lies outside the image.
 template <class Pen>
-void clipped_row(const Pen& pen, int width, int height, int64_t y, int64_t x1, int64_t x2) {
+void clipped_row(const Pen& pen, int width, int height, int64_t y, int64_t from, int64_t to) {
     if (y < 0 || y >= height) return;
-    const int64_t from = std::max<int64_t>(std::min(x1, x2), 0);
-    const int64_t to = std::min<int64_t>(std::max(x1, x2), width - 1);
+    from = std::max<int64_t>(from, 0);
+    to = std::min<int64_t>(to, width - 1);
     for (int64_t x = from; x <= to; ++x) pen.put(static_cast<int>(x), static_cast<int>(y));
 }
 
-// Column x, rows y1..y2 (inclusive, either order), skipping what lies outside the image.
+// Column x, rows from..to (inclusive; nothing when from > to), skipping what lies outside the image.
 template <class Pen>
-void clipped_column(const Pen& pen, int width, int height, int64_t x, int64_t y1, int64_t y2) {
+void clipped_column(const Pen& pen, int width, int height, int64_t x, int64_t from, int64_t to) {
     if (x < 0 || x >= width) return;
-    const int64_t from = std::max<int64_t>(std::min(y1, y2), 0);
-    const int64_t to = std::min<int64_t>(std::max(y1, y2), height - 1);
+    from = std::max<int64_t>(from, 0);
+    to = std::min<int64_t>(to, height - 1);
     for (int64_t y = from; y <= to; ++y) pen.put(static_cast<int>(x), static_cast<int>(y));
 }
 
@@ -100,11 +100,11 @@ void draw_line(const Pen& pen, int width, int height, int x1, int y1, int x2, in
     y1 = clamp_int(y1, 0, height - 1);
     y2 = clamp_int(y2, 0, height - 1);
     if (x1 == x2) {
-        clipped_column(pen, width, height, x1, y1, y2);
+        clipped_column(pen, width, height, x1, std::min(y1, y2), std::max(y1, y2));
         return;
     }
     if (y1 == y2) {
-        clipped_row(pen, width, height, y1, x1, x2);
+        clipped_row(pen, width, height, y1, std::min(x1, x2), std::max(x1, x2));
         return;
     }
     // Single precision on purpose: the rows chosen depend on float rounding.

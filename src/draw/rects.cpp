@@ -3,6 +3,7 @@
 
 #include "draw/raster.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -26,8 +27,71 @@ void outline(const Pen& pen, int width, int height, int x1, int x2, int y1, int 
     qel::clipped_column(pen, width, height, x2, y1, y2);
 }
 
+// The fills and the recolouring only raise the low ends to 0 and lower the high ends to the last
+// column or row; the pairs are not reordered, so an inverted range stays empty.
+struct OneSidedClamp {
+    int x1, x2, y1, y2;
+    OneSidedClamp(int width, int height, int left, int right, int top, int bottom)
+        : x1(std::max(left, 0)), x2(std::min(right, width - 1)), y1(std::max(top, 0)),
+          y2(std::min(bottom, height - 1)) {}
+};
+
+template <class Pen>
+void fill(const Pen& pen, int width, int height, int x1, int x2, int y1, int y2) {
+    if (width <= 0 || height <= 0) return;
+    const OneSidedClamp r(width, height, x1, x2, y1, y2);
+    for (int y = r.y1; y <= r.y2; ++y) qel::clipped_row(pen, width, height, y, r.x1, r.x2);
+}
+
+// Writes `to` where the pixel equals `from`.
+struct RecolourPen {
+    unsigned char* image;
+    int width;
+    int from;
+    unsigned char to;
+    void put(int x, int y) const {
+        unsigned char* p = image + static_cast<std::ptrdiff_t>(y) * width + x;
+        if (*p == from) *p = to;
+    }
+};
+
 }  // namespace
 
 void QelDrawGryRect(unsigned char* img, int width, int height, int x1, int x2, int y1, int y2, int grey) {
     outline(GreyPen(img, width, grey), width, height, x1, x2, y1, y2);
+}
+
+void QelDrawRGBRect(unsigned char* img, int width, int height, int x1, int x2, int y1, int y2, int R, int G,
+                    int B) {
+    outline(BgrPen(img, width, R, G, B), width, height, x1, x2, y1, y2);
+}
+
+void QelDrawRect(unsigned char* img, int width, int height, bool isRGB, int x1, int x2, int y1, int y2, int R,
+                 int G, int B, int grey) {
+    if (isRGB)
+        QelDrawRGBRect(img, width, height, x1, x2, y1, y2, R, G, B);
+    else
+        QelDrawGryRect(img, width, height, x1, x2, y1, y2, grey);
+}
+
+void QelFillGryRect(unsigned char* img, int width, int height, int x1, int x2, int y1, int y2, int grey) {
+    fill(GreyPen(img, width, grey), width, height, x1, x2, y1, y2);
+}
+
+void QelFillRGBRect(unsigned char* img, int width, int height, int x1, int x2, int y1, int y2, int R, int G,
+                    int B) {
+    fill(BgrPen(img, width, R, G, B), width, height, x1, x2, y1, y2);
+}
+
+void QelChangeColorOnRect(unsigned char* img, int width, int height, int x1, int x2, int y1, int y2, int from,
+                          int to) {
+    if (width <= 0 || height <= 0) return;
+    const OneSidedClamp r(width, height, x1, x2, y1, y2);
+    const RecolourPen pen{img, width, from, static_cast<unsigned char>(to)};
+    // A raised x1 or y1 may still lie beyond the image (and a lowered x2 or y2 before it): the
+    // clipped walks skip those sides.
+    qel::clipped_row(pen, width, height, r.y1, r.x1, r.x2);
+    qel::clipped_row(pen, width, height, r.y2, r.x1, r.x2);
+    qel::clipped_column(pen, width, height, r.x1, r.y1, r.y2);
+    qel::clipped_column(pen, width, height, r.x2, r.y1, r.y2);
 }
