@@ -1,0 +1,78 @@
+// The row scan that finds where boundaries start: every contour function walks the image the same
+// way, differing only in the rows and columns it covers and in how dark the left neighbour of an
+// outer start must be.
+#ifndef QEL_SRC_CONTOUR_SCAN_H
+#define QEL_SRC_CONTOUR_SCAN_H
+
+#include "contour/trace.h"
+
+#include <cstddef>
+
+namespace qel {
+
+enum class Start { None, Outer, Hole };
+
+// Rows firstRow, firstRow + rowStep, … up to lastRow and columns firstColumn..lastColumn. Rows
+// start at 1, so every pixel scanned has a left neighbour in the buffer (for column 0, the last
+// pixel of the row above).
+struct ScanArea {
+    int firstRow;
+    int lastRow;
+    int rowStep;
+    int firstColumn;
+    int lastColumn;
+};
+
+// Rows 1..height − 1, all columns.
+inline ScanArea rows_below_first(int width, int height) { return {1, height - 1, 1, 0, width - 1}; }
+
+// What starts a boundary at a pixel c whose left neighbour p differs from it: an outer boundary
+// when c is 255 and p is below outerLeftBelow (untraced background, or background the tracer has
+// examined), a hole when c is 0 and p is 251 or more (an object pixel, traced or not).
+// leftAsRead compares with the left pixel's value as the scan read it, before any trace started
+// there changed it, and with 0 at the start of each row; otherwise p is the pixel's value now.
+struct StartRule {
+    int outerLeftBelow;
+    bool leftAsRead;
+};
+
+constexpr StartRule kContourStarts{10, false};
+constexpr StartRule kSelectionStarts{2, false};
+
+inline Start start_at(unsigned char c, unsigned char p, StartRule rule) {
+    if (c == 255 && p < rule.outerLeftBelow) return Start::Outer;
+    if (c == 0 && p >= 251) return Start::Hole;
+    return Start::None;
+}
+
+// Calls visit(i, x, y, c, start) at every scanned pixel whose value c differs from its left
+// neighbour's, i being the pixel's index; start says which boundary, if any, begins there. The
+// visitor traces it (an outer boundary from i, a hole from i − 1); c is the value read before.
+template <class Visit>
+void scan_boundary_starts(unsigned char* image, int width, ScanArea area, StartRule rule, Visit&& visit) {
+    const int step = area.rowStep < 1 ? 1 : area.rowStep;
+    for (int y = area.firstRow; y <= area.lastRow; y += step) {
+        const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(y) * width;
+        unsigned char asRead = 0;
+        for (int x = area.firstColumn; x <= area.lastColumn; ++x) {
+            const std::ptrdiff_t i = row + x;
+            const unsigned char c = image[i];
+            const unsigned char p = rule.leftAsRead ? asRead : image[i - 1];
+            asRead = c;
+            if (c != p) visit(i, x, y, c, start_at(c, p, rule));
+        }
+    }
+}
+
+// Traces the boundary a scan found at pixel i: an outer one from i, a hole from the object pixel
+// left of i. Returns the number of codes stored in chain (null: none).
+template <class Bounds = AnywhereInImage>
+int trace_found(unsigned char* image, int width, std::ptrdiff_t i, Start start, unsigned char* chain, int maxCodes,
+                Bounds bounds = {}) {
+    const bool outer = start == Start::Outer;
+    return trace_boundary(image, width, outer ? i : i - 1, outer, chain, maxCodes, bounds);
+}
+
+}  // namespace qel
+
+#endif
