@@ -27,6 +27,9 @@ inline Points changed(const Bytes& image, int width, int height, int bytesPerPix
     return p;
 }
 
+// The three bytes (blue, green, red) of pixel number p of a BGR image.
+inline Bytes bgr_at(const Bytes& image, size_t p) { return Bytes(image.begin() + 3 * p, image.begin() + 3 * p + 3); }
+
 // Building expected sets: single points, column x over rows y1..y2, row y over columns x1..x2.
 inline Points& add(Points& p, std::initializer_list<std::pair<int, int>> points) {
     p.insert(points.begin(), points.end());

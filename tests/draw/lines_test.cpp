@@ -78,12 +78,9 @@ TEST(GryLine, RgbTwinStoresBlueGreenRedAndMatchesTheGreyLine) {
         Bytes bgr(static_cast<size_t>(w) * h * 3, 0);
         QelGryLine(grey.data(), w, h, x1, y1, x2, y2, 255);
         QelRGBLine(bgr.data(), w, h, x1, y1, x2, y2, 10, 20, 30);
-        for (size_t p = 0; p < grey.size(); ++p) {
-            const bool on = grey[p] != 0;
-            ASSERT_EQ(bgr[3 * p], on ? 30 : 0) << "blue at " << p << " for line " << i;
-            ASSERT_EQ(bgr[3 * p + 1], on ? 20 : 0);
-            ASSERT_EQ(bgr[3 * p + 2], on ? 10 : 0);
-        }
+        const Bytes on{30, 20, 10}, off{0, 0, 0};
+        for (size_t p = 0; p < grey.size(); ++p)
+            ASSERT_EQ(qel_test::bgr_at(bgr, p), grey[p] != 0 ? on : off) << "pixel " << p << " of line " << i;
     }
 }
 
