@@ -79,42 +79,35 @@ TEST(LineSampling, ABCLineSamplesOncePerColumnOrRow) {
     const int w = 12, h = 9;
     Bytes img = qel_test::random_grey(w, h, 17);
     for (int i = 0; i < w * h; i += 3) img[i] = 0;
+    // Counts from the histogram of the same samples: (non-zero, zero); checks both functions agree.
+    auto counts = [&](double a, double b, double c) {
+        std::vector<int> hist(256, 77);
+        QelABCLineHistogram(img.data(), w, h, a, b, c, hist.data());
+        int nonZero = -1, zero = -1, samples = 0;
+        QelPixlesOnABCLine(img.data(), w, h, a, b, c, &nonZero, &zero);
+        for (int n : hist) samples += n;
+        EXPECT_EQ(zero, hist[0]);
+        EXPECT_EQ(nonZero + zero, samples);
+        return std::make_pair(nonZero, zero);
+    };
     auto zeros = [&](int x0, int x1, int y0, int y1) {
         int n = 0;
         for (int y = y0; y <= y1; ++y)
             for (int x = x0; x <= x1; ++x) n += img[y * w + x] == 0;
         return n;
     };
-    int nonZero = -1, zero = -1;
-    QelPixlesOnABCLine(img.data(), w, h, 0, 1, -5, &nonZero, &zero);  // row 5
-    EXPECT_EQ(zero, zeros(0, w - 1, 5, 5));
-    EXPECT_EQ(nonZero + zero, w);
-    QelPixlesOnABCLine(img.data(), w, h, 1, 0, -5, &nonZero, &zero);  // column 5
-    EXPECT_EQ(zero, zeros(5, 5, 0, h - 1));
-    EXPECT_EQ(nonZero + zero, h);
+    EXPECT_EQ(counts(0, 1, -5), std::make_pair(w - zeros(0, w - 1, 5, 5), zeros(0, w - 1, 5, 5)));  // row 5
+    EXPECT_EQ(counts(1, 0, -5), std::make_pair(h - zeros(5, 5, 0, h - 1), zeros(5, 5, 0, h - 1)));  // column 5
     // y = −0.6 rounds to truncate(−0.1) = 0: row 0 is sampled.
-    QelPixlesOnABCLine(img.data(), w, h, 0, 1, 0.6, &nonZero, &zero);
-    EXPECT_EQ(zero, zeros(0, w - 1, 0, 0));
-    EXPECT_EQ(nonZero + zero, w);
-    // x = y + 3 by rows: rows 0..8 give columns 3..11, all inside.
-    QelPixlesOnABCLine(img.data(), w, h, 1, -1, -3, &nonZero, &zero);
-    EXPECT_EQ(nonZero + zero, h);
-    QelPixlesOnABCLine(img.data(), w, h, 1, -1, -6, &nonZero, &zero);  // columns 6..14: three fall outside
+    EXPECT_EQ(counts(0, 1, 0.6), std::make_pair(w - zeros(0, w - 1, 0, 0), zeros(0, w - 1, 0, 0)));
+    // x = y + 6 by rows: columns 6..14, of which 12..14 fall outside.
+    const auto [nonZero, zero] = counts(1, -1, -6);
     EXPECT_EQ(nonZero + zero, 6);
-    QelPixlesOnABCLine(img.data(), w, h, 0, 0, 1, &nonZero, &zero);
-    EXPECT_EQ(nonZero + zero, 0) << "a = b = 0 samples nothing";
-
-    std::vector<int> hist(256, 77);
+    EXPECT_EQ(counts(0, 0, 1), std::make_pair(0, 0)) << "a = b = 0 samples nothing";
+    std::vector<int> hist(256, 77), expected(256, 0);
     QelABCLineHistogram(img.data(), w, h, 0, 1, -5, hist.data());
-    std::vector<int> expected(256, 0);
     for (int x = 0; x < w; ++x) ++expected[img[5 * w + x]];
     EXPECT_EQ(hist, expected);
-    QelABCLineHistogram(img.data(), w, h, 1, -1, -6, hist.data());
-    QelPixlesOnABCLine(img.data(), w, h, 1, -1, -6, &nonZero, &zero);
-    EXPECT_EQ(hist[0], zero);
-    int samples = 0;
-    for (int n : hist) samples += n;
-    EXPECT_EQ(samples, nonZero + zero);
 }
 
 TEST(LineSampling, RectOutlineCountsCornersTwice) {
