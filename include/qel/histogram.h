@@ -284,6 +284,9 @@ QEL_API int QelLightCorretPerRow(unsigned char* image, int width, int height);
 /// stored as their low byte. The first call seeds the library's 15-bit generator from the clock;
 /// not reentrant.
 QEL_API void Ostrum2008AddNoise(unsigned char* image, int pixelCount, double amount, unsigned int noiseType);
+/// Seeds the generator of Ostrum2008AddNoise in place of its clock seeding, so that the same seed
+/// followed by the same calls gives the same noise. Not reentrant.
+QEL_API void QelSetNoiseSeed(unsigned int seed);
 // (end of Grey-value corrections)
 
 #endif  // QEL_HISTOGRAM_H

@@ -93,6 +93,11 @@ unsigned char poisson(int p) {
 
 }  // namespace
 
+void QelSetNoiseSeed(unsigned int seed) {
+    g_needsSeeding = false;  // a chosen seed replaces the clock seeding for good
+    g_random.seed(seed);
+}
+
 void Ostrum2008AddNoise(unsigned char* image, int pixelCount, double amount, unsigned int noiseType) {
     seed_once();
     if (pixelCount <= 0) return;
