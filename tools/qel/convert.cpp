@@ -1,5 +1,6 @@
-// qel info / qel convert: BMP files and raw camera frames.
-#include "cli.h"
+// qel info / qel convert: image files and raw camera frames.
+#include "common/cli.h"
+#include "common/image.h"
 
 #include <qel.h>
 
@@ -9,16 +10,18 @@
 
 namespace {
 
-enum class Format { Bmp, Rgb, Grey, Yuv420P, Yuv420SP, Yuv422P, CbYCrY };
+// File: an image file (BMP, PNG or JPEG), grey or colour as it holds. Rgb and Grey: an image file
+// made colour or grey. The others are raw camera frames without a header.
+enum class Format { File, Rgb, Grey, Yuv420P, Yuv420SP, Yuv422P, CbYCrY };
 
 struct FormatName {
     const char* name;
     Format format;
 };
 constexpr FormatName kFormats[] = {
-    {"bmp", Format::Bmp},         {"rgb", Format::Rgb},           {"grey", Format::Grey},
-    {"gray", Format::Grey},       {"yuv420p", Format::Yuv420P},   {"yuv420sp", Format::Yuv420SP},
-    {"yuv422p", Format::Yuv422P}, {"cbycry", Format::CbYCrY},
+    {"rgb", Format::Rgb},         {"grey", Format::Grey},         {"gray", Format::Grey},
+    {"yuv420p", Format::Yuv420P}, {"yuv420sp", Format::Yuv420SP}, {"yuv422p", Format::Yuv422P},
+    {"cbycry", Format::CbYCrY},
 };
 
 bool isFrame(Format f) { return f == Format::Yuv420P || f == Format::Yuv420SP || f == Format::Yuv422P || f == Format::CbYCrY; }
@@ -33,16 +36,9 @@ Format parseFormat(const std::string& text) {
     throw cli::UsageError("unknown format '" + text + "' (use rgb, grey, yuv420p, yuv420sp, yuv422p or cbycry)");
 }
 
-// Format implied by a file name's extension, or Bmp when it has none we know.
-bool formatFromExtension(const std::string& path, Format* out) {
-    size_t dot = path.find_last_of('.');
-    size_t slash = path.find_last_of("/\\");
-    if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return false;
-    const std::string ext = lower(path.substr(dot + 1));
-    if (ext == "bmp") {
-        *out = Format::Bmp;
-        return true;
-    }
+// The camera frame format a file name's extension names (.yuv420p, ...), if any.
+bool frameFromExtension(const std::string& path, Format* out) {
+    const std::string ext = cli::extensionOf(path);
     for (const auto& f : kFormats) {
         if (ext == f.name && isFrame(f.format)) {
             *out = f.format;
@@ -141,7 +137,7 @@ cli::Image cropFrame(Format f, unsigned char* frame, int w, int h, const std::ve
     return img;
 }
 
-// Copies rectangle x1,x2,y1,y2 of a BMP image.
+// Copies rectangle x1,x2,y1,y2 of an image.
 cli::Image cropImage(const cli::Image& src, const std::vector<int>& r) {
     cli::Image img;
     img.width = r[1] - r[0] + 1;
@@ -157,56 +153,56 @@ cli::Image cropImage(const cli::Image& src, const std::vector<int>& r) {
 }
 
 // ---- qel info -------------------------------------------------------------------------------
+// One line per file; a file that cannot be read gets its message on stderr and the others are
+// still described.
 int runInfo(const cli::Args& args) {
-    args.expectPositional(1);
-    const std::string path = args.positional()[0];
-    std::vector<unsigned char> bytes = cli::readFile(path);
-    if (bytes.size() < 54 || bytes[0] != 'B' || bytes[1] != 'M') throw cli::Failure("'" + path + "' is not a BMP file");
-    auto u32 = [&](size_t at) { return static_cast<uint32_t>(bytes[at] | (bytes[at + 1] << 8) | (bytes[at + 2] << 16) | (static_cast<uint32_t>(bytes[at + 3]) << 24)); };
-    const int32_t width = static_cast<int32_t>(u32(18));
-    const int32_t height = static_cast<int32_t>(u32(22));
-    const int bits = bytes[28] | (bytes[29] << 8);
-    const uint32_t offset = u32(10);
-    std::string palette = "none";
-    if (bits == 8) {
-        if (bytes.size() < 54 + 1024) {
-            palette = "truncated";
-        } else {
-            bool ramp = true;
-            bool marks = true;
-            const unsigned char markColours[4][3] = {{0, 255, 255}, {255, 0, 0}, {0, 255, 0}, {0, 0, 255}};
-            for (int i = 0; i < 256; ++i) {
-                const unsigned char* e = &bytes[54 + 4 * static_cast<size_t>(i)];
-                bool grey = e[0] == i && e[1] == i && e[2] == i;
-                ramp = ramp && grey;
-                if (i < 252) marks = marks && grey;
-                else marks = marks && e[0] == markColours[i - 252][0] && e[1] == markColours[i - 252][1] && e[2] == markColours[i - 252][2];
-            }
-            palette = ramp ? "grey ramp" : marks ? "grey ramp with marking colours 252..255" : "other (pixel values are read as palette indices)";
+    const size_t count = args.expectAtLeast(1);
+    int status = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const std::string& path = args.positional()[i];
+        try {
+            const cli::ImageFileInfo info = cli::describeImageFile(path);
+            (void)cli::loadImage(path);  // proves the pixels can be read, not only the headers
+            std::cout << path << ": " << cli::formatName(info.format) << ", " << info.width << " x " << info.height << ", "
+                      << info.details << ", " << info.bytes << " bytes, read as " << (info.channels == 1 ? "grey" : "colour")
+                      << "\n";
+        } catch (const cli::UsageError& e) {
+            std::cerr << "qel info: " << e.what() << "\n";
+            status = cli::kExitBadInput;
         }
     }
-    std::cout << path << ": " << width << " x " << (height < 0 ? -height : height) << ", " << bits << "-bit"
-              << (height < 0 ? ", rows stored top-down" : "") << ", pixel data at " << offset << ", palette: " << palette
-              << ", " << bytes.size() << " bytes\n";
-    if (bits == 8 || bits == 24) (void)cli::loadBmp(path);  // proves the readers accept it
-    return 0;
+    return status;
 }
 
 // ---- qel convert ----------------------------------------------------------------------------
+std::string describeOutput(Format to, const cli::Image& img, const std::string& out) {
+    if (isFrame(to)) return formatName(to);
+    return std::string(img.isGrey() ? "grey " : "colour ") + cli::formatName(cli::outputFormatFor(out));
+}
+
 int runConvert(const cli::Args& args) {
     args.expectPositional(2);
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
 
-    Format from = Format::Bmp;
-    if (args.has("from")) from = parseFormat(args.value("from"));
-    else if (!formatFromExtension(in, &from)) from = Format::Bmp;
-    if (from == Format::Rgb || from == Format::Grey) from = Format::Bmp;
+    // Input: a raw camera frame when --from or the extension names one, else an image file,
+    // recognised by its content.
+    Format from = Format::File;
+    if (args.has("from")) {
+        from = parseFormat(args.value("from"));
+        if (!isFrame(from))
+            throw cli::UsageError("--from names a raw camera frame format (yuv420p, yuv420sp, yuv422p or cbycry); "
+                                  "image files are recognised by their content");
+    } else {
+        frameFromExtension(in, &from);
+    }
 
-    // Output format: --to, else the extension; a BMP output keeps the input's depth unless told.
-    Format to = Format::Bmp;
+    // Output: --to, else a frame extension; an image file keeps the input's kind (grey or colour)
+    // unless --to says rgb or grey, and its extension chooses BMP or PNG.
+    Format to = Format::File;
     if (args.has("to")) to = parseFormat(args.value("to"));
-    else if (!formatFromExtension(out, &to)) to = Format::Bmp;
+    else frameFromExtension(out, &to);
+    if (!isFrame(to)) cli::checkOutputName(out);
 
     // Optional rectangle x1,x2,y1,y2 (both ends included), checked against the image once its size is known.
     std::vector<int> rect;
@@ -236,65 +232,58 @@ int runConvert(const cli::Args& args) {
         img = rect.empty() ? decodeFrame(from, raw.data(), w, h, to == Format::Grey)
                            : cropFrame(from, raw.data(), w, h, rect, to == Format::Grey);
     } else {
-        if (args.has("width") || args.has("height")) throw cli::UsageError("--width/--height are for raw camera frames; a BMP carries its own size");
-        img = cli::loadBmp(in);
+        if (args.has("width") || args.has("height")) throw cli::UsageError("--width/--height are for raw camera frames; an image file carries its own size");
+        img = cli::loadImage(in);
         checkRect(img.width, img.height);
         if (!rect.empty()) img = cropImage(img, rect);
     }
 
     const int w = img.width;
     const int h = img.height;
-    if (to == Format::Bmp) to = img.channels == 1 ? Format::Grey : Format::Rgb;
     if (to == Format::Grey) {
-        if (img.channels == 3) {
-            std::vector<unsigned char> grey(static_cast<size_t>(w) * static_cast<size_t>(h));
-            QelRGB2Gry(img.pixels.data(), w, h, grey.data());
-            img.pixels.swap(grey);
-            img.channels = 1;
-        }
-        cli::saveBmp(img, out);
-    } else {
-        if (img.channels == 1) {  // grey to colour: the same level in all three channels
-            std::vector<unsigned char> bgr(img.pixels.size() * 3);
-            for (size_t i = 0; i < img.pixels.size(); ++i) bgr[3 * i] = bgr[3 * i + 1] = bgr[3 * i + 2] = img.pixels[i];
-            img.pixels.swap(bgr);
-            img.channels = 3;
-        }
-        if (to == Format::Rgb) {
-            cli::saveBmp(img, out);
-        } else {
-            requireEvenSize(to, w, h, true);
-            std::vector<unsigned char> frame(frameBytes(to, w, h));
-            bool ok = false;
-            switch (to) {
-                case Format::Yuv420P: ok = QelRGB2YUV420P(img.pixels.data(), w, h, frame.data()); break;
-                case Format::Yuv420SP: ok = QelRGB2YUV420SP(img.pixels.data(), w, h, frame.data()); break;
-                case Format::Yuv422P: ok = QelRGB2YUV422P(img.pixels.data(), w, h, frame.data()); break;
-                default: ok = QelRGB2CbYCrY(img.pixels.data(), w, h, frame.data()); break;
-            }
-            if (!ok) throw cli::UsageError(std::string(formatName(to)) + " frame size refused");
-            cli::writeFile(out, frame);
-        }
+        img = cli::toGrey(img);
+    } else if (to == Format::Rgb || isFrame(to)) {
+        img = cli::toColour(img);
     }
-    std::cout << in << " (" << (isFrame(from) ? formatName(from) : "bmp") << ") -> " << out << " (" << formatName(to) << "), "
-              << w << " x " << h << "\n";
+    if (isFrame(to)) {
+        requireEvenSize(to, w, h, true);
+        std::vector<unsigned char> frame(frameBytes(to, w, h));
+        bool ok = false;
+        switch (to) {
+            case Format::Yuv420P: ok = QelRGB2YUV420P(img.pixels.data(), w, h, frame.data()); break;
+            case Format::Yuv420SP: ok = QelRGB2YUV420SP(img.pixels.data(), w, h, frame.data()); break;
+            case Format::Yuv422P: ok = QelRGB2YUV422P(img.pixels.data(), w, h, frame.data()); break;
+            default: ok = QelRGB2CbYCrY(img.pixels.data(), w, h, frame.data()); break;
+        }
+        if (!ok) throw cli::UsageError(std::string(formatName(to)) + " frame size refused");
+        cli::writeFile(out, frame);
+    } else {
+        cli::saveImage(img, out);
+    }
+    std::cout << in << (isFrame(from) ? std::string(" (") + formatName(from) + ")" : std::string()) << " -> " << out << " ("
+              << describeOutput(to, img, out) << "), " << w << " x " << h << "\n";
     return 0;
 }
 
-const cli::Register info({"info", "size, depth and palette of a BMP file",
-                          "usage: qel info FILE.bmp\n\n"
-                          "Prints the width, height, bits per pixel, pixel-data offset and palette kind\n"
-                          "(grey ramp, marking palette, other) of an uncompressed BMP file.\n",
+const cli::Register info({"info", "format, size, depth and palette of image files",
+                          "usage: qel info FILE...\n\n"
+                          "Prints, for each BMP, PNG or JPEG file, its format, width and height, depth and\n"
+                          "colour type (for an 8-bit BMP the kind of palette: grey ramp, greys, marking\n"
+                          "colours or other colours), its size in bytes and whether the tool reads it as\n"
+                          "grey or colour; the pixels are read too, to prove the file whole. A file that\n"
+                          "cannot be read gets a message saying why, and the exit status is then 2.\n",
                           {}, runInfo});
 
-const cli::Register convert({"convert", "convert between BMP (colour or grey) and raw camera frames",
+const cli::Register convert({"convert", "convert between image files (BMP, PNG, JPEG) and raw camera frames",
                              "usage: qel convert IN OUT [--from FMT] [--to FMT] [--width W --height H] [--rect x1,x2,y1,y2]\n\n"
-                             "Formats: rgb (24-bit BMP), grey (8-bit BMP), yuv420p, yuv420sp, yuv422p, cbycry\n"
-                             "(raw frames, no header). Formats are taken from the file extensions\n"
-                             "(.bmp, .yuv420p, .yuv420sp, .yuv422p, .cbycry) unless --from/--to say otherwise;\n"
-                             "a .bmp output is 24-bit unless --to grey.\n\n"
-                             "  --from FMT       format of a raw input frame\n"
-                             "  --to FMT         output format\n"
+                             "IN is an image file (BMP, PNG or JPEG, recognised by its content) or a raw camera\n"
+                             "frame (no header), named by its extension (.yuv420p, .yuv420sp, .yuv422p, .cbycry)\n"
+                             "or by --from. OUT is a BMP or PNG file, chosen by its extension (.bmp or .png),\n"
+                             "or a raw frame, named by its extension or by --to. An image output keeps the\n"
+                             "input's kind (grey input gives an 8-bit grey file, colour a 24-bit colour file)\n"
+                             "unless --to rgb or --to grey says otherwise; any other output extension is refused.\n\n"
+                             "  --from FMT       format of a raw input frame: yuv420p, yuv420sp, yuv422p, cbycry\n"
+                             "  --to FMT         rgb (colour image), grey (grey image) or a raw frame format\n"
                              "  --width W        width of a raw input frame (required for raw input)\n"
                              "  --height H       height of a raw input frame (required for raw input)\n"
                              "  --rect x1,x2,y1,y2  copy only this rectangle (left, right, top, bottom, ends\n"
@@ -303,9 +292,10 @@ const cli::Register convert({"convert", "convert between BMP (colour or grey) an
                              "YUV420P/YUV420SP need even width and height; YUV422P and CbYCrY need an even\n"
                              "width (writing YUV422P also needs an even height).\n"
                              "Examples:\n"
+                             "  qel convert photo.jpg photo.png\n"
                              "  qel convert photo.bmp photo.yuv420p\n"
                              "  qel convert photo.yuv420p back.bmp --width 512 --height 512\n"
-                             "  qel convert photo.bmp grey.bmp --to grey\n"
+                             "  qel convert photo.bmp grey.png --to grey\n"
                              "  qel convert frame.yuv420p face.bmp --width 512 --height 512 --rect 200,327,100,227\n",
                              {"from", "to", "width", "height", "rect"}, runConvert});
 

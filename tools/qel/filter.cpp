@@ -1,5 +1,6 @@
 // qel filter: box, median, minimum, maximum and edge-preserving smoothing of a grey image.
-#include "cli.h"
+#include "common/cli.h"
+#include "common/image.h"
 
 #include <qel.h>
 
@@ -24,8 +25,7 @@ constexpr OperationFlag kOperations[] = {
     {"max", Operation::Max}, {"zed", Operation::Zed},
 };
 
-Operation chooseOperation(const cli::Args& args) {
-    const std::string name = args.oneOf({"box", "median", "min", "max", "zed"});
+Operation findOperation(const std::string& name) {
     for (const auto& o : kOperations)
         if (name == o.flag) return o.op;
     return Operation::Box;
@@ -46,7 +46,8 @@ LineFilter minMaxFilter(bool isMax, bool inRows, int radius) {
 
 int runFilter(const cli::Args& args) {
     args.expectPositional(2);
-    const Operation op = chooseOperation(args);
+    const std::string name = args.oneOf({"box", "median", "min", "max", "zed"});
+    const Operation op = findOperation(name);
     if (op == Operation::Zed && args.has("radius"))
         throw cli::UsageError("--zed works on the 8 neighbours and takes no --radius");
     if (op != Operation::Zed && args.has("threshold")) throw cli::UsageError("--threshold goes with --zed only");
@@ -67,7 +68,8 @@ int runFilter(const cli::Args& args) {
 
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
-    cli::Image img = cli::loadGreyBmp(in);
+    cli::checkOutputName(out);
+    cli::Image img = cli::loadGrey(in);
     if (op != Operation::Zed && (rx > (img.width - 1) / 2 || ry > (img.height - 1) / 2))
         throw cli::UsageError("the " + std::to_string(2 * rx + 1) + " x " + std::to_string(2 * ry + 1) +
                               " window is larger than the " + std::to_string(img.width) + " x " +
@@ -95,15 +97,17 @@ int runFilter(const cli::Args& args) {
         QelGryZedFilter(src, img.width, img.height, threshold, dst);
         break;
     }
-    cli::saveBmp(result, out);
+    cli::saveAndConfirm(result, in, out,
+                        "--" + name + (op == Operation::Zed ? " filter, threshold " + std::to_string(threshold)
+                                                            : " filter, radius " + std::to_string(rx) + "," + std::to_string(ry)));
     return 0;
 }
 
 const cli::Register filter({"filter", "box, median, minimum, maximum or edge-preserving filter of a grey image",
-    "usage: qel filter IN.bmp OUT.bmp --box|--median|--min|--max|--zed [--radius X,Y] [--threshold T]\n"
+    "usage: qel filter IN OUT --box|--median|--min|--max|--zed [--radius X,Y] [--threshold T]\n"
     "\n"
-    "Filters IN with a (2X+1) x (2Y+1) window (default --radius 1,1) and writes OUT; colour input\n"
-    "is converted to grey first. Give exactly one operation:\n"
+    "Filters IN with a (2X+1) x (2Y+1) window (default --radius 1,1) and writes OUT (.bmp or\n"
+    ".png); colour input is converted to grey first. Give exactly one operation:\n"
     "  --box     mean of the window, which shrinks at the image edges\n"
     "  --median  median of the window; the X columns on the left and X+1 on the right hold the\n"
     "            window mean instead\n"

@@ -1,5 +1,7 @@
 // qel morph: dilation, erosion, 3 × 3 majority, thinning and speck removal on binary images.
-#include "cli.h"
+#include "common/binarise.h"
+#include "common/cli.h"
+#include "common/image.h"
 
 #include <qel.h>
 
@@ -10,7 +12,6 @@
 
 namespace {
 
-constexpr int kLevels = 256;
 constexpr int kNeighbours = 8;
 constexpr unsigned char kObject = 255;
 
@@ -25,8 +26,7 @@ constexpr OperationName kOperations[] = {
     {"thin", Operation::Thin},     {"clean", Operation::Clean},
 };
 
-Operation chooseOperation(const cli::Args& args) {
-    const std::string name = args.oneOf({"dilate", "erode", "median", "thin", "clean"});
+Operation findOperation(const std::string& name) {
     for (const auto& o : kOperations)
         if (name == o.name) return o.op;
     return Operation::Dilate;
@@ -38,7 +38,8 @@ bool isBinary(const std::vector<unsigned char>& pixels) {
 
 int runMorph(const cli::Args& args) {
     args.expectPositional(2);
-    const Operation op = chooseOperation(args);
+    const std::string name = args.oneOf({"dilate", "erode", "median", "thin", "clean"});
+    const Operation op = findOperation(name);
     int n = 0;
     if (op == Operation::Clean) {
         n = args.integer("clean", 0);
@@ -48,16 +49,17 @@ int runMorph(const cli::Args& args) {
 
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
-    cli::Image img = cli::loadGreyBmp(in);
+    cli::checkOutputName(out);
+    cli::Image img = cli::loadGrey(in);
     const int w = img.width;
     const int h = img.height;
     if (!isBinary(img.pixels)) {
-        int hist[kLevels];
+        int hist[cli::kGreyLevels];
         QelGetHistogram(img.pixels.data(), w, h, hist);
-        const int threshold = QelGetOtsuThreshold(hist, kLevels);
-        QelThreshold(img.pixels.data(), w, h, threshold);
-        std::cerr << "qel morph: " << in << " is not binary (0/255); binarised with the Otsu threshold " << threshold
-                  << " (levels >= " << threshold << " become 255)\n";
+        const cli::ChosenThreshold chosen = cli::chooseThreshold(hist);
+        QelThreshold(img.pixels.data(), w, h, chosen.level);
+        std::cerr << "qel morph: " << in << " is not binary (0/255); binarised at threshold " << chosen.level << " ("
+                  << chosen.reason << "): levels >= " << chosen.level << " become 255\n";
     }
 
     std::vector<unsigned char> result(img.pixels.size());
@@ -80,17 +82,16 @@ int runMorph(const cli::Args& args) {
     const long before = static_cast<long>(std::count(img.pixels.begin(), img.pixels.end(), kObject));
     const long after = static_cast<long>(std::count(result.begin(), result.end(), kObject));
     img.pixels.swap(result);
-    cli::saveBmp(img, out);
-    std::cout << in << " -> " << out << ", " << w << " x " << h << ", object pixels " << before << " -> " << after
-              << "\n";
+    cli::saveAndConfirm(img, in, out, "--" + name + ", object pixels " + std::to_string(before) + " -> " + std::to_string(after));
     return 0;
 }
 
 const cli::Register morph({"morph", "dilate, erode, majority-filter, thin or clean a binary image",
-    "usage: qel morph IN.bmp OUT.bmp --dilate|--erode|--median|--thin|--clean N\n"
+    "usage: qel morph IN OUT --dilate|--erode|--median|--thin|--clean N\n"
     "\n"
-    "Works on binary images (0 background, 255 object). A grey or colour input that holds other\n"
-    "levels is converted to grey and binarised with Otsu's threshold first (said on stderr).\n"
+    "Works on binary images (0 background, 255 object) and writes OUT (.bmp or .png). A grey or\n"
+    "colour input that holds other levels is converted to grey and binarised first, at the\n"
+    "threshold qel threshold would choose (a 0/128 mask: 128 is object), said on stderr.\n"
     "Give exactly one operation:\n"
     "  --dilate   3 x 3 dilation: object pixels next to background set their 8 neighbours to 255\n"
     "  --erode    3 x 3 erosion: background pixels next to background set their 8 neighbours to 0\n"

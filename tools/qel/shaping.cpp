@@ -1,10 +1,12 @@
 // qel noise / qel equalize: deliberate degradation and histogram equalisation of BMP images.
-#include "cli.h"
+#include "common/cli.h"
+#include "common/image.h"
 
 #include <qel.h>
 
 #include <climits>
 #include <iostream>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -38,14 +40,19 @@ int runNoise(const cli::Args& args) {
     const unsigned int type = parseNoiseType(args.value("type"));
     const double amount = args.real("amount", 0.0);
     if (amount != amount) throw cli::UsageError("--amount must be a number");
+    const int seed = args.integer("seed", 0);
+    if (seed < 0) throw cli::UsageError("--seed wants a non-negative integer, got '" + args.value("seed") + "'");
 
-    cli::Image img = cli::loadBmp(args.positional()[0]);
+    cli::checkOutputName(args.positional()[1]);
+    cli::Image img = cli::loadImage(args.positional()[0]);
     if (img.pixels.size() > static_cast<size_t>(INT_MAX)) throw cli::UsageError("image too large");
+    if (args.has("seed")) QelSetNoiseSeed(static_cast<unsigned int>(seed));
     // Colour images are degraded byte by byte, with the range taken over all three channels.
     Ostrum2008AddNoise(img.pixels.data(), static_cast<int>(img.pixels.size()), amount, type);
-    cli::saveBmp(img, args.positional()[1]);
-    std::cout << args.positional()[0] << " -> " << args.positional()[1] << ": " << noiseName(type)
-              << " noise, amount " << amount << "\n";
+    std::ostringstream what;
+    what << noiseName(type) << " noise, amount " << amount;
+    if (args.has("seed")) what << ", seed " << seed;
+    cli::saveAndConfirm(img, args.positional()[0], args.positional()[1], what.str());
     return 0;
 }
 
@@ -55,18 +62,18 @@ int runEqualize(const cli::Args& args) {
     const std::string method = args.value("method", "fast");
     if (method != "fast" && method != "standard")
         throw cli::UsageError("unknown method '" + method + "' (use fast or standard)");
-    cli::Image img = cli::loadGreyBmp(args.positional()[0]);
+    cli::checkOutputName(args.positional()[1]);
+    cli::Image img = cli::loadGrey(args.positional()[0]);
     if (method == "fast") QelHistogramEqualizeFast(img.pixels.data(), img.width, img.height);
     else QelHistogramEqualizeStandard(img.pixels.data(), img.width, img.height);
-    cli::saveBmp(img, args.positional()[1]);
-    std::cout << args.positional()[0] << " -> " << args.positional()[1] << ": equalised (" << method << "), "
-              << img.width << " x " << img.height << " grey\n";
+    cli::saveAndConfirm(img, args.positional()[0], args.positional()[1], "equalised (" + method + ")");
     return 0;
 }
 
 const cli::Register noise({"noise", "add Gaussian, uniform, salt-and-pepper, Poisson or Rayleigh noise",
-    "usage: qel noise IN.bmp OUT.bmp --type T --amount A\n\n"
-    "Adds noise to every pixel of IN (every byte of a colour image) and writes OUT.\n"
+    "usage: qel noise IN OUT --type T --amount A [--seed N]\n\n"
+    "Adds noise to every pixel of IN (every byte of a colour image) and writes OUT (.bmp or\n"
+    ".png, grey or colour as IN is).\n"
     "Types (name or number):\n"
     "  gaussian (0)         pixel + normal draw x A\n"
     "  uniform (1)          pixel + uniform draw in -A..A\n"
@@ -76,12 +83,13 @@ const cli::Register noise({"noise", "add Gaussian, uniform, salt-and-pepper, Poi
     "                       results above 255 wrap\n"
     "  rayleigh (4)         length of two normal draws x A around the pixel\n"
     "Gaussian, uniform and Rayleigh results stay within the image's own darkest..brightest\n"
-    "levels. A negative A means -A percent of that range. A = 0 leaves the image unchanged.\n"
-    "The generator is seeded from the clock, so two runs differ.\n",
-    {"type", "amount"}, runNoise});
+    "levels. A negative A means -A percent of that range. A = 0 leaves the image unchanged.\n\n"
+    "  --seed N    seeds the generator (N >= 0), so that runs with the same seed give the same\n"
+    "              noise; without it the generator is seeded from the clock and two runs differ.\n",
+    {"type", "amount", "seed"}, runNoise});
 
 const cli::Register equalize({"equalize", "equalise the histogram of a grey image",
-    "usage: qel equalize IN.bmp OUT.bmp [--method fast|standard]\n\n"
+    "usage: qel equalize IN OUT [--method fast|standard]\n\n"
     "Equalises the grey levels of IN (colour input is converted to grey first, and the tool\n"
     "says so). fast (default): level g becomes 255 x (pixels at or below g) / pixels.\n"
     "standard: matches a flat histogram over as many bins as IN has levels, keeping level\n"

@@ -1,5 +1,7 @@
 // qel threshold / qel histogram: binarising a grey image and the statistics of its histogram.
-#include "cli.h"
+#include "common/binarise.h"
+#include "common/cli.h"
+#include "common/image.h"
 
 #include <qel.h>
 
@@ -9,7 +11,7 @@
 
 namespace {
 
-constexpr int kLevels = 256;
+using cli::kGreyLevels;
 constexpr int kDefaultPlotWidth = 256;
 constexpr int kDefaultPlotHeight = 128;
 constexpr int kMaxPlotSide = 8192;
@@ -37,7 +39,8 @@ int runThreshold(const cli::Args& args) {
 
     const std::string in = args.positional()[0];
     const std::string out = args.positional()[1];
-    cli::Image img = cli::loadGreyBmp(in);
+    cli::checkOutputName(out);
+    cli::Image img = cli::loadGrey(in);
 
     int threshold = 0;
     if (ratioGiven) {
@@ -50,14 +53,15 @@ int runThreshold(const cli::Args& args) {
             threshold = value;
             std::cout << "threshold " << threshold << " (given)\n";
         } else {
-            int hist[kLevels];
+            int hist[kGreyLevels];
             QelGetHistogram(img.pixels.data(), img.width, img.height, hist);
-            threshold = QelGetOtsuThreshold(hist, kLevels);
-            std::cout << "threshold " << threshold << " (Otsu)\n";
+            const cli::ChosenThreshold chosen = cli::chooseThreshold(hist);
+            threshold = chosen.level;
+            std::cout << "threshold " << threshold << " (" << chosen.reason << ")\n";
         }
         QelThreshold(img.pixels.data(), img.width, img.height, threshold);
     }
-    cli::saveBmp(img, out);
+    cli::saveAndConfirm(img, in, out, "binarised at " + std::to_string(threshold));
     return 0;
 }
 
@@ -66,16 +70,17 @@ int runHistogram(const cli::Args& args) {
     args.expectPositional(1);
     const bool plot = args.has("plot");
     if (!plot && (args.has("plot-width") || args.has("plot-height")))
-        throw cli::UsageError("--plot-width and --plot-height need --plot OUT.bmp");
+        throw cli::UsageError("--plot-width and --plot-height need --plot OUT");
     const int plotWidth = args.integer("plot-width", kDefaultPlotWidth);
     const int plotHeight = args.integer("plot-height", kDefaultPlotHeight);
     if (plotWidth < 1 || plotWidth > kMaxPlotSide || plotHeight < 1 || plotHeight > kMaxPlotSide)
         throw cli::UsageError("--plot-width and --plot-height must be between 1 and " + std::to_string(kMaxPlotSide));
 
     const std::string in = args.positional()[0];
-    cli::Image img = cli::loadGreyBmp(in);
+    if (plot) cli::checkOutputName(args.value("plot"));
+    cli::Image img = cli::loadGrey(in);
 
-    int hist[kLevels];
+    int hist[kGreyLevels];
     QelGetHistogram(img.pixels.data(), img.width, img.height, hist);
     double mean = 0.0;
     double deviation = 0.0;
@@ -83,8 +88,8 @@ int runHistogram(const cli::Args& args) {
     int largest = 0;
     const int most = QelGetMostInHistogram(hist, &largest);
     int lowest = 0;
-    while (lowest < kLevels - 1 && hist[lowest] == 0) ++lowest;
-    int highest = kLevels - 1;
+    while (lowest < kGreyLevels - 1 && hist[lowest] == 0) ++lowest;
+    int highest = kGreyLevels - 1;
     while (highest > 0 && hist[highest] == 0) --highest;
 
     std::cout << std::fixed << std::setprecision(3)
@@ -94,7 +99,9 @@ int runHistogram(const cli::Args& args) {
               << "deviation   " << deviation << "\n"
               << "median      " << QelGetMedianInHistogram(hist) << "\n"
               << "most        " << most << " (" << largest << " pixels)\n"
-              << "otsu        " << QelGetOtsuThreshold(hist, kLevels) << "\n";
+              << "otsu        " << QelGetOtsuThreshold(hist, kGreyLevels) << "\n";
+    const cli::ChosenThreshold chosen = cli::chooseThreshold(hist);
+    std::cout << "threshold   " << chosen.level << " (" << chosen.reason << "; used by qel threshold and qel morph)\n";
 
     if (plot) {
         cli::Image chart;
@@ -102,35 +109,40 @@ int runHistogram(const cli::Args& args) {
         chart.height = plotHeight;
         chart.channels = 1;
         chart.pixels.resize(static_cast<size_t>(plotWidth) * static_cast<size_t>(plotHeight));
-        QelDrawHistogram2Img(hist, kLevels, chart.pixels.data(), plotWidth, plotHeight);
-        cli::saveBmp(chart, args.value("plot"));
+        QelDrawHistogram2Img(hist, kGreyLevels, chart.pixels.data(), plotWidth, plotHeight);
+        cli::saveImage(chart, args.value("plot"));
         std::cout << "plot        " << args.value("plot") << " (" << plotWidth << " x " << plotHeight << ")\n";
     }
     return 0;
 }
 
 const cli::Register threshold({"threshold", "binarise a grey image (Otsu, bright ratio or fixed value)",
-                               "usage: qel threshold IN.bmp OUT.bmp [--otsu | --ratio R | --value T]\n\n"
-                               "Writes OUT as an 8-bit image whose pixels are 255 where the grey level of IN is\n"
-                               "greater than or equal to the threshold, else 0, and prints the threshold chosen.\n"
-                               "Colour input is converted to grey first.\n\n"
-                               "  --otsu       Otsu's between-class variance threshold (the default)\n"
+                               "usage: qel threshold IN OUT [--otsu | --ratio R | --value T]\n\n"
+                               "Writes OUT (.bmp or .png) as an 8-bit image whose pixels are 255 where the grey\n"
+                               "level of IN is greater than or equal to the threshold, else 0, and prints the\n"
+                               "threshold and why it was chosen. Colour input is converted to grey first.\n\n"
+                               "  --otsu       Otsu's between-class variance threshold (the default). Where it\n"
+                               "               would make every pixel object (an image of two grey levels, such\n"
+                               "               as a 0/128 mask, or few levels), the darkest level alone is\n"
+                               "               background and the next level present is the threshold; an\n"
+                               "               image of one level is all object from level 128 up\n"
                                "  --ratio R    threshold that keeps about the brightest fraction R (0..1) of the\n"
                                "               pixels; a result of -1 means none was found and every pixel is set\n"
                                "  --value T    a fixed grey level T (0..255)\n\n"
                                "Examples:\n"
-                               "  qel threshold photo.bmp mask.bmp\n"
+                               "  qel threshold photo.jpg mask.png\n"
                                "  qel threshold photo.bmp bright.bmp --ratio 0.05\n"
                                "  qel threshold photo.bmp mask.bmp --value 128\n",
                                {"ratio", "value"}, runThreshold, {"otsu"}});
 
 const cli::Register histogram({"histogram", "grey-level statistics of an image, optionally plotted",
-                               "usage: qel histogram IN.bmp [--plot OUT.bmp [--plot-width W] [--plot-height H]]\n\n"
+                               "usage: qel histogram IN [--plot OUT [--plot-width W] [--plot-height H]]\n\n"
                                "Prints the pixel count, the range of grey levels present, the mean, the population\n"
-                               "deviation, the median, the most frequent level and the Otsu threshold of IN.\n"
+                               "deviation, the median, the most frequent level, the library's Otsu threshold and\n"
+                               "the threshold qel threshold and qel morph binarise with (see qel threshold --help).\n"
                                "Colour input is converted to grey first.\n\n"
-                               "  --plot OUT.bmp    also draw the histogram as white bars on black, hanging from\n"
-                               "                    the top edge, scaled to the largest count\n"
+                               "  --plot OUT        also draw the histogram (.bmp or .png) as white bars on black,\n"
+                               "                    hanging from the top edge, scaled to the largest count\n"
                                "  --plot-width W    width of the plot (default 256)\n"
                                "  --plot-height H   height of the plot (default 128)\n",
                                {"plot", "plot-width", "plot-height"}, runHistogram});

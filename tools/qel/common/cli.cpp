@@ -1,24 +1,15 @@
-// The qel tool: main, argument parsing and the image helpers every subcommand uses.
+// The qel tool's command plumbing: argument parsing, subcommand registry, whole-file reads and writes.
 #include "cli.h"
 
-#include <qel.h>
-
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iostream>
-
-#if defined(_WIN32)
-#  include <io.h>
-#  define QEL_ISATTY _isatty
-#  define QEL_FILENO _fileno
-#else
-#  include <unistd.h>
-#  define QEL_ISATTY isatty
-#  define QEL_FILENO fileno
-#endif
+#include <filesystem>
+#include <memory>
+#include <system_error>
 
 namespace cli {
 
@@ -36,14 +27,6 @@ bool parseInt(const std::string& text, int* out) {
     if (*end != '\0' || errno != 0 || v < -2147483647L - 1 || v > 2147483647L) return false;
     *out = static_cast<int>(v);
     return true;
-}
-// Renames a completely written temporary file onto its final name.
-void moveIntoPlace(const std::string& temp, const std::string& path) {
-    std::remove(path.c_str());
-    if (std::rename(temp.c_str(), path.c_str()) != 0) {
-        std::remove(temp.c_str());
-        throw Failure("cannot write '" + path + "'");
-    }
 }
 }  // namespace
 
@@ -123,8 +106,12 @@ std::vector<int> Args::integers(const std::string& name, size_t count) const {
     return out;
 }
 void Args::expectPositional(size_t count) const {
-    if (positional_.size() < count) throw UsageError("missing argument (see --help)");
+    expectAtLeast(count);
     if (positional_.size() > count) throw UsageError("unexpected argument '" + positional_[count] + "'");
+}
+size_t Args::expectAtLeast(size_t count) const {
+    if (positional_.size() < count) throw UsageError("missing argument (see --help)");
+    return positional_.size();
 }
 
 std::string Args::oneOf(const std::vector<std::string>& names) const {
@@ -144,139 +131,59 @@ std::string Args::oneOf(const std::vector<std::string>& names) const {
     return chosen;
 }
 
+namespace {
+using FileHandle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+}  // namespace
+
+void requireInputFile(const std::string& path) {
+    std::error_code ec;
+    const std::filesystem::file_status status = std::filesystem::status(path, ec);
+    if (status.type() == std::filesystem::file_type::not_found) throw UsageError("cannot open '" + path + "': no such file");
+    if (status.type() == std::filesystem::file_type::directory) throw UsageError("'" + path + "' is a directory, not a file");
+    if (ec) throw UsageError("cannot open '" + path + "': " + ec.message());
+}
+
 std::vector<unsigned char> readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) throw Failure("cannot open '" + path + "'");
-    std::vector<unsigned char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) throw Failure("cannot read '" + path + "'");
+    requireInputFile(path);
+    FileHandle f(std::fopen(path.c_str(), "rb"), std::fclose);
+    if (!f) throw UsageError("cannot open '" + path + "': " + std::strerror(errno));
+    std::vector<unsigned char> bytes;
+    unsigned char chunk[1 << 16];
+    size_t got = 0;
+    while ((got = std::fread(chunk, 1, sizeof chunk, f.get())) > 0) bytes.insert(bytes.end(), chunk, chunk + got);
+    if (std::ferror(f.get())) throw UsageError("cannot read '" + path + "': " + std::strerror(errno));
     return bytes;
 }
 
-void writeFile(const std::string& path, const std::vector<unsigned char>& bytes) {
-    const std::string temp = path + ".part";
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) throw Failure("cannot create '" + path + "'");
-        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        out.close();
-        if (!out) {
-            std::remove(temp.c_str());
-            throw Failure("cannot write '" + path + "'");
-        }
+std::string temporaryName(const std::string& path) { return path + ".part"; }
+
+void moveIntoPlace(const std::string& temp, const std::string& path) {
+    std::remove(path.c_str());
+    if (std::rename(temp.c_str(), path.c_str()) != 0) {
+        std::remove(temp.c_str());
+        throw Failure("cannot write '" + path + "'");
     }
-    moveIntoPlace(temp, path);
 }
 
-Image loadBmp(const std::string& path) {
-    std::ifstream probe(path, std::ios::binary);
-    if (!probe) throw Failure("cannot open '" + path + "'");
-    unsigned char header[54] = {};
-    probe.read(reinterpret_cast<char*>(header), sizeof header);
-    if (probe.gcount() < 54 || header[0] != 'B' || header[1] != 'M') throw Failure("'" + path + "' is not a BMP file");
-    const int bits = header[28] | (header[29] << 8);
-    const int compression = header[30] | (header[31] << 8) | (header[32] << 16) | (header[33] << 24);
-    if ((bits != 8 && bits != 24) || compression != 0)
-        throw Failure("'" + path + "' is a " + std::to_string(bits) + "-bit BMP; only uncompressed 8-bit and 24-bit files are read");
-    Image img;
-    img.channels = bits == 8 ? 1 : 3;
-    unsigned char* data = bits == 8 ? QelRead8BitBmpFile2Img(path.c_str(), &img.width, &img.height)
-                                    : QelRead24BitBmpFile2Img(path.c_str(), &img.width, &img.height);
-    if (data == nullptr) throw Failure("'" + path + "' is damaged or truncated (declared " + std::to_string(img.width) + " x " + std::to_string(img.height) + ")");
-    img.pixels.assign(data, data + static_cast<size_t>(img.width) * static_cast<size_t>(img.height) * static_cast<size_t>(img.channels));
-    delete[] data;
-    return img;
-}
-
-Image loadGreyBmp(const std::string& path) {
-    Image img = loadBmp(path);
-    if (img.channels == 1) return img;
-    std::cerr << path << ": colour input converted to grey\n";
-    Image grey;
-    grey.width = img.width;
-    grey.height = img.height;
-    grey.channels = 1;
-    grey.pixels.resize(static_cast<size_t>(img.width) * static_cast<size_t>(img.height));
-    QelRGB2Gry(img.pixels.data(), img.width, img.height, grey.pixels.data());
-    return grey;
-}
-
-void saveBmp(const Image& image, const std::string& path, bool markColours) {
-    const std::string temp = path + ".part";
-    unsigned char* px = const_cast<unsigned char*>(image.pixels.data());
-    bool ok = image.channels == 3 ? QelWrite24BitImg2BmpFile(px, image.width, image.height, temp.c_str())
-              : markColours       ? QelWrite8BitImg2BmpFileMarkColor(px, image.width, image.height, temp.c_str())
-                                  : QelWrite8BitImg2BmpFile(px, image.width, image.height, temp.c_str());
-    if (!ok) {
+void writeFile(const std::string& path, const std::vector<unsigned char>& bytes) {
+    const std::string temp = temporaryName(path);
+    std::FILE* f = std::fopen(temp.c_str(), "wb");
+    if (f == nullptr) throw Failure("cannot write '" + path + "': " + std::strerror(errno));
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+    if (std::fclose(f) != 0 || !written) {
         std::remove(temp.c_str());
         throw Failure("cannot write '" + path + "'");
     }
     moveIntoPlace(temp, path);
 }
 
-void progress(const char* what, long done, long total) {
-    if (!QEL_ISATTY(QEL_FILENO(stderr))) return;
-    std::fprintf(stderr, "\r%s %ld/%ld", what, done, total);
-    if (done >= total) std::fputc('\n', stderr);
-    std::fflush(stderr);
+std::string extensionOf(const std::string& path) {
+    const size_t dot = path.find_last_of('.');
+    const size_t slash = path.find_last_of("/\\");
+    if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return "";
+    std::string ext = path.substr(dot + 1);
+    for (char& c : ext) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return ext;
 }
 
 }  // namespace cli
-
-namespace {
-
-void printOverview() {
-    std::cout << "qel - machine-vision image processing on BMP files and camera frames\n\n"
-                 "usage: qel <command> [arguments] [--options]\n"
-                 "       qel <command> --help\n\ncommands:\n";
-    // Files and formats first, then the operations alphabetically.
-    std::vector<const cli::Command*> sorted;
-    for (const auto& c : cli::commands()) sorted.push_back(&c);
-    auto rank = [](const cli::Command* c) { return std::string(c->name) == "info" ? 0 : std::string(c->name) == "convert" ? 1 : 2; };
-    std::sort(sorted.begin(), sorted.end(), [&](const cli::Command* a, const cli::Command* b) {
-        return rank(a) != rank(b) ? rank(a) < rank(b) : std::string(a->name) < std::string(b->name);
-    });
-    for (const cli::Command* cp : sorted) {
-        const cli::Command& c = *cp;
-        std::string name = c.name;
-        name.resize(12, ' ');
-        std::cout << "  " << name << c.summary << "\n";
-    }
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    if (argc < 2) {
-        printOverview();
-        return 2;
-    }
-    const std::string name = argv[1];
-    if (name == "--help" || name == "-h" || name == "help") {
-        printOverview();
-        return 0;
-    }
-    for (const auto& c : cli::commands()) {
-        if (name != c.name) continue;
-        std::vector<std::string> words(argv + 2, argv + argc);
-        for (const auto& w : words) {
-            if (w == "--help" || w == "-h") {
-                std::cout << c.usage;
-                return 0;
-            }
-        }
-        try {
-            return c.run(cli::Args(words, c.valueOptions, c.flags));
-        } catch (const cli::UsageError& e) {
-            std::cerr << "qel " << name << ": " << e.what() << "\n";
-            return 2;
-        } catch (const cli::Failure& e) {
-            std::cerr << "qel " << name << ": " << e.what() << "\n";
-            return 1;
-        } catch (const std::bad_alloc&) {
-            std::cerr << "qel " << name << ": out of memory\n";
-            return 1;
-        }
-    }
-    std::cerr << "qel: unknown command '" << name << "' (try qel --help)\n";
-    return 2;
-}

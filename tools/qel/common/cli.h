@@ -1,8 +1,8 @@
-// The qel tool's plumbing: subcommand registration, argument parsing, image loading and saving.
+// The qel tool's command plumbing: the two kinds of error, subcommand registration, argument
+// parsing, and whole-file reads and writes.
 #ifndef QEL_TOOL_CLI_H
 #define QEL_TOOL_CLI_H
 
-#include <cstdio>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -10,11 +10,18 @@
 
 namespace cli {
 
-// Thrown for bad input; main prints "qel <command>: <message>" and exits with status 2.
+// Exit statuses: 0 done, 2 for anything the user can fix by changing the command or the input,
+// 1 when the work itself fails.
+constexpr int kExitBadInput = 2;
+constexpr int kExitFailure = 1;
+
+// Everything the user can fix: a bad option, a missing or unreadable input file, a directory, a
+// file that is not a supported image, a size a format refuses, an unknown output extension. main
+// prints "qel <command>: <message>" and exits with kExitBadInput.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
-// Thrown when the input is well formed but the work fails (unreadable file, failed write): exit 1.
+// The input was fine but the work failed (the output cannot be written): kExitFailure.
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -34,6 +41,8 @@ public:
     // Comma-separated integers ("3,5"); UsageError unless exactly `count` of them.
     std::vector<int> integers(const std::string& name, size_t count) const;
     void expectPositional(size_t count) const;                    // UsageError otherwise
+    // At least `count` positional arguments; returns how many there are.
+    size_t expectAtLeast(size_t count) const;
     // The one option of `names` that was given (as a flag or with a value); UsageError when none
     // or several were.
     std::string oneOf(const std::vector<std::string>& names) const;
@@ -58,29 +67,21 @@ struct Register {
 };
 const std::vector<Command>& commands();
 
-// ---- images --------------------------------------------------------------------------------
-struct Image {
-    std::vector<unsigned char> pixels;
-    int width = 0;
-    int height = 0;
-    int channels = 0;  // 1 grey, 3 BGR
-};
-
-// Reads an 8-bit or 24-bit BMP (depth taken from the header); Failure with a clear message otherwise.
-Image loadBmp(const std::string& path);
-// Reads a BMP and converts it to grey if it is colour, saying so on stderr.
-Image loadGreyBmp(const std::string& path);
-// Writes 8-bit (grey) or 24-bit (BGR) BMP through a temporary file, so no half-written file is
-// left behind on failure.
-void saveBmp(const Image& image, const std::string& path, bool markColours = false);
-
-// Reads a whole file; Failure when missing or unreadable.
+// ---- whole files -----------------------------------------------------------------------------
+// Throws UsageError naming the problem unless `path` is an existing file that is not a directory.
+void requireInputFile(const std::string& path);
+// Reads a whole file; UsageError when it is missing, a directory or unreadable.
 std::vector<unsigned char> readFile(const std::string& path);
-// Writes a whole file through a temporary name and renames it into place.
+// Writes a whole file through a temporary name and renames it into place; Failure when it cannot.
 void writeFile(const std::string& path, const std::vector<unsigned char>& bytes);
+// The temporary name a file is written under before it is renamed into place.
+std::string temporaryName(const std::string& path);
+// Renames a completely written temporary file onto its final name; Failure (and the temporary
+// file removed) when that is impossible.
+void moveIntoPlace(const std::string& temp, const std::string& path);
 
-// Prints "  done/total" progress on stderr for long batch work, when stderr is a terminal.
-void progress(const char* what, long done, long total);
+// Lower-case extension of a file name without its dot ("" when there is none).
+std::string extensionOf(const std::string& path);
 
 }  // namespace cli
 

@@ -1,0 +1,219 @@
+// The qel tool's image files: recognising a file's format, loading it as grey or colour, saving
+// BMP or PNG by extension, and the image files of a directory.
+#include "image.h"
+
+#include "cli.h"
+#include "image_formats.h"
+
+#include <qel.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+#include <system_error>
+
+#if defined(_WIN32)
+#  include <io.h>
+#  define QEL_ISATTY _isatty
+#  define QEL_FILENO _fileno
+#else
+#  include <unistd.h>
+#  define QEL_ISATTY isatty
+#  define QEL_FILENO fileno
+#endif
+
+namespace cli {
+
+namespace formats {
+
+void markPaletteEntry(int level, unsigned char bgr[3]) {
+    if (level < kFirstMarkLevel) {
+        bgr[0] = bgr[1] = bgr[2] = static_cast<unsigned char>(level);
+        return;
+    }
+    std::memcpy(bgr, kMarkColoursBgr[level - kFirstMarkLevel], 3);
+}
+
+void checkImageSize(const std::string& path, long long width, long long height, int channels) {
+    if (width <= 0 || height <= 0)
+        throw UsageError(about(path, "declares an empty image (" + std::to_string(width) + " x " + std::to_string(height) + ")"));
+    if (width > INT_MAX / height / channels)
+        throw UsageError(about(path, "is " + std::to_string(width) + " x " + std::to_string(height) +
+                                         " pixels; images of more than " + std::to_string(INT_MAX) + " bytes are not read"));
+}
+
+FileHandle openInput(const std::string& path) {
+    requireInputFile(path);
+    FileHandle f(std::fopen(path.c_str(), "rb"), std::fclose);
+    if (!f) throw UsageError("cannot open '" + path + "': " + std::strerror(errno));
+    return f;
+}
+
+long long fileSize(const std::string& path) {
+    std::error_code ec;
+    const auto size = std::filesystem::file_size(path, ec);
+    return ec ? 0 : static_cast<long long>(size);
+}
+
+std::string about(const std::string& path, const std::string& message) { return "'" + path + "' " + message; }
+
+}  // namespace formats
+
+namespace {
+
+constexpr unsigned char kPngSignature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+constexpr unsigned char kJpegSignature[3] = {0xFF, 0xD8, 0xFF};
+
+// The format of a file from its first bytes; UsageError when it is none the tool reads.
+ImageFormat recognise(const std::string& path) {
+    unsigned char head[8] = {};
+    size_t got = 0;
+    {
+        formats::FileHandle f = formats::openInput(path);
+        got = std::fread(head, 1, sizeof head, f.get());
+    }
+    if (got >= 2 && head[0] == 'B' && head[1] == 'M') return ImageFormat::Bmp;
+    if (got >= sizeof kPngSignature && std::memcmp(head, kPngSignature, sizeof kPngSignature) == 0) return ImageFormat::Png;
+    if (got >= sizeof kJpegSignature && std::memcmp(head, kJpegSignature, sizeof kJpegSignature) == 0) return ImageFormat::Jpeg;
+    throw UsageError(formats::about(path, "is not a BMP, PNG or JPEG file"));
+}
+
+// Extensions of the files the tool reads, and which of them it writes.
+struct Extension {
+    const char* name;
+    ImageFormat format;
+    bool written;
+};
+constexpr Extension kExtensions[] = {
+    {"bmp", ImageFormat::Bmp, true},    {"png", ImageFormat::Png, true},
+    {"jpg", ImageFormat::Jpeg, false},  {"jpeg", ImageFormat::Jpeg, false},
+};
+
+}  // namespace
+
+const char* formatName(ImageFormat format) {
+    switch (format) {
+        case ImageFormat::Bmp: return "BMP";
+        case ImageFormat::Png: return "PNG";
+        case ImageFormat::Jpeg: return "JPEG";
+    }
+    return "?";
+}
+
+ImageFileInfo describeImageFile(const std::string& path) {
+    switch (recognise(path)) {
+        case ImageFormat::Bmp: return formats::describeBmp(path);
+        case ImageFormat::Png: return formats::describePng(path);
+        case ImageFormat::Jpeg: return formats::describeJpeg(path);
+    }
+    return {};
+}
+
+Image loadImage(const std::string& path) {
+    switch (recognise(path)) {
+        case ImageFormat::Bmp: return formats::readBmp(path);
+        case ImageFormat::Png: return formats::readPng(path);
+        case ImageFormat::Jpeg: return formats::readJpeg(path);
+    }
+    return {};
+}
+
+Image loadColour(const std::string& path) { return toColour(loadImage(path)); }
+
+Image loadGrey(const std::string& path) {
+    Image img = loadImage(path);
+    if (img.isGrey()) return img;
+    std::cerr << path << ": colour input converted to grey\n";
+    return toGrey(img);
+}
+
+Image toGrey(const Image& image) {
+    if (image.isGrey()) return image;
+    Image grey;
+    grey.width = image.width;
+    grey.height = image.height;
+    grey.channels = 1;
+    grey.pixels.resize(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
+    QelRGB2Gry(const_cast<unsigned char*>(image.pixels.data()), image.width, image.height, grey.pixels.data());
+    return grey;
+}
+
+Image toColour(const Image& image) {
+    if (!image.isGrey()) return image;
+    Image colour;
+    colour.width = image.width;
+    colour.height = image.height;
+    colour.channels = 3;
+    colour.pixels.resize(image.pixels.size() * 3);
+    for (size_t i = 0; i < image.pixels.size(); ++i)
+        colour.pixels[3 * i] = colour.pixels[3 * i + 1] = colour.pixels[3 * i + 2] = image.pixels[i];
+    return colour;
+}
+
+ImageFormat outputFormatFor(const std::string& path) {
+    const std::string ext = extensionOf(path);
+    for (const auto& e : kExtensions) {
+        if (ext != e.name) continue;
+        if (!e.written)
+            throw UsageError("cannot write '" + path + "': " + formatName(e.format) + " files are read, not written; name the output .png or .bmp");
+        return e.format;
+    }
+    throw UsageError("cannot tell an image format from the name '" + path + "'; name the output .png or .bmp");
+}
+
+void checkOutputName(const std::string& path) {
+    outputFormatFor(path);
+    std::error_code ec;
+    if (std::filesystem::is_directory(path, ec)) throw UsageError("cannot write '" + path + "': it is a directory");
+}
+
+void saveImage(const Image& image, const std::string& path, bool markColours) {
+    const ImageFormat format = outputFormatFor(path);
+    const std::string temp = temporaryName(path);
+    const bool ok = format == ImageFormat::Png ? formats::writePng(image, temp, markColours)
+                                               : formats::writeBmp(image, temp, markColours);
+    if (!ok) {
+        std::remove(temp.c_str());
+        throw Failure("cannot write '" + path + "'");
+    }
+    moveIntoPlace(temp, path);
+}
+
+void saveAndConfirm(const Image& image, const std::string& in, const std::string& out, const std::string& what,
+                    bool markColours) {
+    saveImage(image, out, markColours);
+    std::cout << in << " -> " << out << ": " << what << ", " << image.width << " x " << image.height
+              << (image.isGrey() ? " grey" : " colour") << "\n";
+}
+
+bool hasImageExtension(const std::string& path) {
+    const std::string ext = extensionOf(path);
+    return std::any_of(std::begin(kExtensions), std::end(kExtensions), [&](const Extension& e) { return ext == e.name; });
+}
+
+std::vector<std::string> listImageFiles(const std::string& directory) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    if (!fs::is_directory(directory, ec)) throw UsageError("'" + directory + "' is not a directory");
+    std::vector<std::string> files;
+    for (fs::directory_iterator it(directory, ec), end; !ec && it != end; it.increment(ec)) {
+        std::error_code typeError;
+        if (it->is_regular_file(typeError) && hasImageExtension(it->path().filename().string()))
+            files.push_back(it->path().string());
+    }
+    if (ec) throw UsageError("cannot list '" + directory + "': " + ec.message());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+void progress(const char* what, long done, long total) {
+    if (!QEL_ISATTY(QEL_FILENO(stderr))) return;
+    std::fprintf(stderr, "\r%s %ld/%ld", what, done, total);
+    if (done >= total) std::fputc('\n', stderr);
+    std::fflush(stderr);
+}
+
+}  // namespace cli
