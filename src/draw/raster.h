@@ -64,7 +64,7 @@ inline int narrow_coordinate(int64_t v) {
 // truncate(v) when it lies in 0..limit−1, stored to *index; false otherwise (NaN and values beyond
 // the int range included, which a plain conversion would leave undefined).
 inline bool truncated_index(double v, int limit, int* index) {
-    if (!(v > -1.0 && v < static_cast<double>(limit))) return false;
+    if (limit <= 0 || !(v > -1.0 && v < static_cast<double>(limit))) return false;
     *index = static_cast<int>(v);
     return true;
 }
