@@ -219,9 +219,9 @@ QEL_API int QelSelectContoursByPerimeter(unsigned char* image, unsigned char* ch
 QEL_API int QelRemoveWhiteRegionsByArea(unsigned char* image, unsigned char* chain, int width, int height,
                                         int minPixels, int maxPixels, unsigned char* out);
 
-/// As QelRemoveWhiteRegionsByArea for holes: every hole whose boundary encloses between minPixels
-/// and maxPixels pixels has its inside filled with 255 (the boundary itself is object already).
-/// Returns the number of holes filled.
+/// As QelRemoveWhiteRegionsByArea for holes: every hole of between minPixels and maxPixels pixels
+/// (QelRealPixelsEnclosed of its chain, which turns clockwise and so counts the hole's own pixels)
+/// is filled with 255, together with anything inside it. Returns the number of holes filled.
 QEL_API int QelRemoveBlackRegionsByArea(unsigned char* image, unsigned char* chain, int width, int height,
                                         int minPixels, int maxPixels, unsigned char* out);
 
@@ -256,11 +256,13 @@ QEL_API int Qel255RectWithMaxPerimeter(unsigned char* image, unsigned char* chai
 QEL_API void QelDeleteShortContour(unsigned char* image, unsigned char* chain, int width, int height, int maxLength,
                                    unsigned char* out);
 
-/// Draws the boundary of the hole of largest area (QelRealAreaAndPerimeter; the first of equal
-/// holes) into the image with colour and returns that area, 0 when there is no hole (nothing is
-/// drawn then). The frame is not zeroed and the image keeps its trace marks; objects may touch the
-/// image's edges, pixels beyond the buffer counting as background. Every chain is stored behind the
-/// one before in chain, which must hold all of them together.
+/// Draws the boundary of the hole of largest area (QelRealAreaAndPerimeter of its chain: the
+/// hole's own pixels; the first of equal holes) into the image with colour and returns that area,
+/// 0 when there is no hole (nothing is drawn then). The frame is not zeroed, so background after an
+/// object anywhere in rows 1..height − 1 starts a hole, and the image keeps its trace marks; objects
+/// may touch the image's edges, pixels beyond the buffer counting as background. Every chain (outer
+/// ones too, each of at most width × height − 1 codes) is stored behind the one before in chain,
+/// which must hold all of them together.
 QEL_API int QelMarkMaxAreaHoleContour(unsigned char* image, unsigned char* chain, int width, int height, int colour);
 
 #endif  // QEL_CONTOUR_H
