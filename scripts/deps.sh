@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building and testing Qel needs on Debian/Ubuntu, when it is missing:
-# a C++17 compiler, CMake, Ninja, GoogleTest and Google Benchmark.
+# a C++17 compiler, CMake, Ninja, GoogleTest and Google Benchmark, and for the qel tool only
+# libpng and libjpeg (libjpeg-turbo).
 set -euo pipefail
 need=()
 command -v c++ >/dev/null 2>&1 || need+=(g++)
@@ -8,6 +9,11 @@ command -v cmake >/dev/null 2>&1 || need+=(cmake)
 command -v ninja >/dev/null 2>&1 || need+=(ninja-build)
 [ -f /usr/include/gtest/gtest.h ] || need+=(libgtest-dev)
 [ -f /usr/include/benchmark/benchmark.h ] || need+=(libbenchmark-dev)
+[ -f /usr/include/png.h ] || need+=(libpng-dev)
+# libjpeg62-turbo-dev on Debian; Ubuntu names it libjpeg-turbo8-dev, which libjpeg-dev pulls in.
+jpeg_dev=libjpeg62-turbo-dev
+apt-cache show "$jpeg_dev" >/dev/null 2>&1 || jpeg_dev=libjpeg-dev
+[ -f /usr/include/jpeglib.h ] || need+=("$jpeg_dev")
 if [ ${#need[@]} -gt 0 ]; then
   sudo=""
   [ "$(id -u)" -eq 0 ] || sudo="sudo"
