@@ -12,13 +12,13 @@ namespace {
 
 using qel::chain_code;
 
-// Pixel-exact area: how a chain point adds to the row sum, by the code entering it [prev] and the
-// code leaving it [cur].
+// Pixel-exact area, counted column by column: what a chain point adds, by the code entering it
+// [prev] and the code leaving it [cur]. Rows are offsets from the start row.
 enum PointKind : unsigned char {
-    kLeftEdge = 0,   // subtracts its row offset
-    kRightEdge = 1,  // adds its row offset + 1
+    kRunTop = 0,     // first pixel of a column run: subtracts its row
+    kRunBottom = 1,  // last pixel of a column run: adds its row + 1
     kPassing = 2,    // adds nothing
-    kBothEdges = 3,  // adds 1: the pixel is a run of its own
+    kWholeRun = 3,   // a run of one pixel: adds 1
 };
 
 constexpr unsigned char kPointKind[8][8] = {
@@ -45,14 +45,14 @@ int chain_perimeter(const unsigned char* chain, int n) {
     return static_cast<int>(even * 1.0 + odd * std::sqrt(2.0) + 0.5);
 }
 
-// Signed count of enclosed pixels: each row contributes (right edge + 1) − left edge.
+// Signed count of enclosed pixels: each column run contributes (bottom + 1) − top.
 int enclosed_sum(const unsigned char* chain, int n) {
     int sum = 0;
     qel::walk_chain_turns(0, 0, chain, n, [&sum](int, int y, int prev, int cur) {
         switch (kPointKind[prev][cur]) {
-            case kLeftEdge: sum -= y; break;
-            case kRightEdge: sum += y + 1; break;
-            case kBothEdges: sum += 1; break;
+            case kRunTop: sum -= y; break;
+            case kRunBottom: sum += y + 1; break;
+            case kWholeRun: sum += 1; break;
             default: break;
         }
     });

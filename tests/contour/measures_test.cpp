@@ -23,23 +23,14 @@ Chain codes(const std::string& digits) {
     return c;
 }
 
-// A w x h rectangle traced from its top-left pixel: down, east, up, west.
-Chain rectangle(int w, int h) {
-    Chain c;
-    c.insert(c.end(), h - 1, 6);
-    c.insert(c.end(), w - 1, 0);
-    c.insert(c.end(), h - 1, 2);
-    c.insert(c.end(), w - 1, 4);
-    return c;
-}
-
 // An L: columns 0..1 of rows 0..3 and columns 2..4 of rows 2..3 (14 pixels), traced from (0, 0);
 // the inner corner (1, 2) is cut by a diagonal step.
 const Chain kL = codes("666 0000 2 44 3 2 4");
-bool in_l(int x, int y) { return y >= 0 && y <= 3 && x >= 0 && (x <= 1 || (y >= 2 && x <= 4)); }
 
 // A shape of one run of columns [left[y], right[y]] per row, each run sharing a column with the one
-// above, with the boundary traced counter-clockwise on screen from its top-left pixel.
+// above. trace() walks its outer boundary as the contour tracer does: from the top-left pixel,
+// after a step in direction d the neighbours are tried from d − 1 (even d) or d − 2 (odd d)
+// counter-clockwise, until the walk is back at the start.
 struct Blob {
     std::vector<int> left, right;
     bool has(int x, int y) const {
@@ -68,6 +59,10 @@ struct Blob {
     }
 };
 
+Blob rectangle(int w, int h) { return Blob{std::vector<int>(h, 0), std::vector<int>(h, w - 1)}; }
+
+const Blob kLShape{{0, 0, 0, 0}, {1, 1, 4, 4}};
+
 Blob random_blob(std::mt19937& rng) {
     Blob b;
     const int rows = 1 + static_cast<int>(rng() % 7);
@@ -81,6 +76,17 @@ Blob random_blob(std::mt19937& rng) {
         b.right.push_back(r);
     }
     return b;
+}
+
+// Rectangles up to 5 x 5, the L and random blobs.
+std::vector<Blob> shapes() {
+    std::vector<Blob> all;
+    for (int w = 1; w <= 5; ++w)
+        for (int h = 1; h <= 5; ++h) all.push_back(rectangle(w, h));
+    all.push_back(kLShape);
+    std::mt19937 rng(7);
+    for (int t = 0; t < 300; ++t) all.push_back(random_blob(rng));
+    return all;
 }
 
 TEST(ChainMeasures, AreaAndPerimeterHandValues) {
@@ -110,18 +116,25 @@ TEST(ChainMeasures, AreaAndPerimeterHandValues) {
     EXPECT_EQ(QelRealPixelsEnclosed(high.data(), 4), 4);
 }
 
-TEST(ChainMeasures, RealAreaCountsEveryEnclosedPixel) {
-    // A lone pixel has no codes, so nothing is summed.
-    for (int w = 1; w <= 5; ++w)
-        for (int h = 1; h <= 5; ++h) {
-            Chain c = rectangle(w, h);
-            EXPECT_EQ(QelRealPixelsEnclosed(c.data(), static_cast<int>(c.size())), w * h > 1 ? w * h : 0);
-        }
-    std::mt19937 rng(7);
-    for (int t = 0; t < 300; ++t) {
-        const Blob b = random_blob(rng);
+TEST(ChainMeasures, TracedShapesEncloseTheirPixelsBoxesAndPoints) {
+    EXPECT_EQ(rectangle(2, 3).trace(), codes("66 0 22 4"));
+    EXPECT_EQ(kLShape.trace(), kL);
+    for (const Blob& b : shapes()) {
         Chain c = b.trace();
-        ASSERT_EQ(QelRealPixelsEnclosed(c.data(), static_cast<int>(c.size())), c.empty() ? 0 : b.pixels()) << t;
+        const int n = static_cast<int>(c.size());
+        const int rows = static_cast<int>(b.left.size());
+        // A lone pixel has no codes: it encloses nothing, not even itself.
+        ASSERT_EQ(QelRealPixelsEnclosed(c.data(), n), n == 0 ? 0 : b.pixels());
+        int l = 0, r = 0, top = 0, bottom = 0;
+        QelContourRect(b.left[0], 0, c.data(), n, &l, &r, &top, &bottom);
+        EXPECT_EQ(l, *std::min_element(b.left.begin(), b.left.end()));
+        EXPECT_EQ(r, *std::max_element(b.right.begin(), b.right.end()));
+        EXPECT_EQ(top, 0);
+        EXPECT_EQ(bottom, rows - 1);
+        for (int y = -2; y < rows + 2; ++y)
+            for (int x = -2; x < r + 3; ++x)
+                ASSERT_EQ(QelIsPointIncludedByChain(x, y, b.left[0], 0, c.data(), n), n > 0 && b.has(x, y))
+                    << "point " << x << "," << y << " of " << n << " codes";
     }
 }
 
@@ -147,18 +160,13 @@ TEST(ChainMeasures, RectAndCenterOfAnL) {
     EXPECT_EQ((std::vector<int>{l, r, t, b}), (std::vector<int>{5, 5, 5, 5}));
 }
 
-TEST(ChainMeasures, RectOfRandomBlobsIsTheirBoundingBox) {
-    std::mt19937 rng(11);
-    for (int t = 0; t < 200; ++t) {
-        const Blob blob = random_blob(rng);
-        Chain c = blob.trace();
-        int l = 0, r = 0, top = 0, b = 0;
-        QelContourRect(blob.left[0], 0, c.data(), static_cast<int>(c.size()), &l, &r, &top, &b);
-        EXPECT_EQ(l, *std::min_element(blob.left.begin(), blob.left.end()));
-        EXPECT_EQ(r, *std::max_element(blob.right.begin(), blob.right.end()));
-        EXPECT_EQ(top, 0);
-        EXPECT_EQ(b, static_cast<int>(blob.left.size()) - 1);
-    }
+TEST(ChainPointTests, AHoleChainIncludesOnlyTheHole) {
+    // The boundary around the hole (1, 1), (2, 1) of a 4 x 3 ring, traced clockwise on screen from
+    // the pixel left of the hole.
+    Chain hole = codes("107543");
+    for (int y = -1; y <= 3; ++y)
+        for (int x = -1; x <= 4; ++x)
+            EXPECT_EQ(QelIsPointIncludedByChain(x, y, 0, 1, hole.data(), 6), y == 1 && (x == 1 || x == 2)) << x << "," << y;
 }
 
 TEST(ChainMeasures, RotatedRectAtZeroAndNinetyDegrees) {
@@ -191,29 +199,6 @@ TEST(ChainPointTests, PointsRowsAndColumnsMetAfterASteps) {
     columns[0] = 0;  // only the start pixel lies on it
     EXPECT_TRUE(QelIsVerticalLineIntersectContour(0, 0, c.data(), n, columns));
     EXPECT_FALSE(QelIsVerticalLineIntersectContour(0, 0, c.data(), n - 1, columns));
-}
-
-TEST(ChainPointTests, IncludedPointsAreTheShapesPixels) {
-    // Every point of the box (−2, −2)..(w + 1, h + 1) against the shape's pixel set.
-    auto check = [](Chain c, int x0, int y0, auto&& has, int w, int h) {
-        for (int y = -2; y < h + 2; ++y)
-            for (int x = -2; x < w + 2; ++x)
-                ASSERT_EQ(QelIsPointIncludedByChain(x, y, x0, y0, c.data(), static_cast<int>(c.size())), has(x, y))
-                    << "point " << x << "," << y;
-    };
-    for (int w = 1; w <= 4; ++w)
-        for (int h = 1; h <= 4; ++h)
-            if (w * h > 1)
-                check(rectangle(w, h), 0, 0, [w, h](int x, int y) { return x >= 0 && y >= 0 && x < w && y < h; }, w, h);
-    check(kL, 0, 0, in_l, 5, 4);
-    std::mt19937 rng(5);
-    for (int t = 0; t < 200; ++t) {
-        const Blob b = random_blob(rng);
-        if (b.pixels() > 1) check(b.trace(), b.left[0], 0, [&b](int x, int y) { return b.has(x, y); }, 16, 8);
-    }
-    // A lone pixel has no codes and so includes nothing, not even itself.
-    unsigned char none = 0;
-    EXPECT_FALSE(QelIsPointIncludedByChain(4, 4, 4, 4, &none, 0));
 }
 
 TEST(ChainWalks, PixelCountsOverAnImage) {
