@@ -47,6 +47,10 @@ TEST(FillingContour, SquareAndHoleFillTowardsTheirInsides) {
     unsigned char none[1] = {0};
     EXPECT_EQ(QelFillingContour(ring.data(), ring.w, 4, 4, none, 0, true, 128, 9), 0);
     EXPECT_EQ(ring.px, solid.px) << "no codes, nothing filled";
+    unsigned char open[2] = {0, 0};  // turns by 0: no inside to walk to
+    EXPECT_EQ(QelFillingContour(ring.data(), ring.w, 1, 1, open, 2, true, 128, 9), 0);
+    solid.at(1, 1) = solid.at(2, 1) = 9;
+    EXPECT_EQ(ring.px, solid.px);
 }
 
 // Boundary 2 and fill 0 leave 3..7 free first, so base = 5 and the start marker is 1. A chain going

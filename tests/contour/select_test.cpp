@@ -168,6 +168,13 @@ TEST(RectWithMax, LargestObjectInsideTheRectangleAndItsFrame) {
     EXPECT_EQ(r.left, -1) << "untouched when nothing is found";
     img = scene();
     EXPECT_EQ(Qel255RectWithMaxArea(img.data(), work.data(), 20, 16, 5, 7, 5, 10, 1, &r, &cx, &cy), 2);
+    img = scene();
+    EXPECT_EQ(Qel255RectWithMaxArea(img.data(), work.data(), 20, 16, 5, 7, 5, 10, 0, &r, &cx, &cy), 2)
+        << "a step of 0 counts as 1";
+    // A rectangle larger than the image is clipped; the object cut by the image edge is the largest.
+    img = scene();
+    EXPECT_EQ(Qel255RectWithMaxArea(img.data(), work.data(), 20, 16, -5, 40, -5, 40, 1, &r, &cx, &cy), 36);
+    EXPECT_EQ((std::vector<int>{r.left, r.top, r.right, r.bottom}), (std::vector<int>{13, 8, 18, 13}));
 }
 
 // ---- deleting short contours and marking the largest hole ----------------------------------------
@@ -211,6 +218,42 @@ TEST(MarkMaxAreaHole, DrawsTheLargestHoleAndKeepsTheMarks) {
     EXPECT_EQ(QelMarkMaxAreaHoleContour(band.data(), work.data(), 10, 8, 100), 0);
     EXPECT_EQ(std::count(band.px.begin(), band.px.end(), 100), 0);
     EXPECT_EQ(band.at(0, 5), 254);
+}
+
+// Objects touching every edge, in images down to 1 x 1: every scan stays inside the image (the
+// sanitizer builds check it) and hands back a binary image with a zero frame.
+TEST(RegionScans, ObjectsOnTheFrameAreSafeAtEverySize) {
+    for (auto [w, h] : std::vector<std::pair<int, int>>{{1, 1}, {2, 2}, {3, 3}, {5, 4}, {4, 9}, {17, 13}})
+        for (int percent : {100, 70, 40}) {
+            const Image src = contour_test::random_noise(w, h, percent, static_cast<unsigned>(w * 100 + h + percent));
+            Bytes work(src.size() * 4);
+            Image out(w, h);
+            tagRECT r{};
+            int cx = 0, cy = 0;
+            auto run = [&](auto&& call) {
+                Image img = src;
+                call(img);
+                for (int y = 0; y < h; ++y)
+                    for (int x = 0; x < w; ++x) {
+                        const unsigned char v = img.at(x, y);
+                        const bool frame = x == 0 || y == 0 || x == w - 1 || y == h - 1;
+                        ASSERT_TRUE(frame ? v == 0 : v == 0 || v == 255) << w << "x" << h << " at " << x << "," << y;
+                    }
+            };
+            run([&](Image& img) { QelSelectContoursByArea(img.data(), work.data(), w, h, 1, 0, 1 << 20, out.data()); });
+            run([&](Image& img) { QelSelectContoursByPerimeter(img.data(), work.data(), w, h, 1, 0, 99, out.data()); });
+            run([&](Image& img) { QelRemoveWhiteRegionsByArea(img.data(), work.data(), w, h, 0, 99, out.data()); });
+            run([&](Image& img) { QelRemoveBlackRegionsByArea(img.data(), work.data(), w, h, 0, 99, out.data()); });
+            run([&](Image& img) { Qel255NRegionsWithMaxArea(img.data(), w, h, 3, 0, out.data()); });
+            run([&](Image& img) { QelDeleteShortContour(img.data(), work.data(), w, h, 99, out.data()); });
+            run([&](Image& img) {
+                Qel255RectWithMaxArea(img.data(), work.data(), w, h, 0, w - 1, 0, h - 1, 1, &r, &cx, &cy);
+            });
+            Image marked = src;
+            const int area = QelMarkMaxAreaHoleContour(marked.data(), work.data(), w, h, 100);
+            EXPECT_GE(area, 0);
+            EXPECT_LE(area, w * h);
+        }
 }
 
 }  // namespace

@@ -208,6 +208,10 @@ TEST(ChainPoints, ClosingCodeIsNotAppliedAndMaximaStartAtTheStart) {
     unsigned char up[] = {2, 2, 6, 6};
     QelChain2Points(3, 4, up, 4, xs, ys, &mx, &my);
     EXPECT_EQ(std::make_pair(mx, my), std::make_pair(3, 4)) << "maxima count from the start";
+    one[0] = -1;
+    QelChain2Points(8, 9, chain, 0, one, oneY, &mx, &my);
+    EXPECT_EQ(one[0], -1) << "no codes, no points";
+    EXPECT_EQ(std::make_pair(mx, my), std::make_pair(8, 9));
 }
 
 TEST(ChainMarks, ColourDashesAndIncrements) {
