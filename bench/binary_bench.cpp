@@ -6,7 +6,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <random>
 #include <vector>
 
 namespace {
@@ -15,21 +14,7 @@ constexpr int kDiscs = 80;
 constexpr int kMinRadius = 8;
 constexpr int kMaxRadius = 60;
 
-std::vector<unsigned char> discs() {
-    std::mt19937 rng(7);
-    std::vector<unsigned char> img(static_cast<size_t>(bench::kPixels), 0);
-    for (int d = 0; d < kDiscs; ++d) {
-        const int cx = static_cast<int>(rng() % bench::kWidth);
-        const int cy = static_cast<int>(rng() % bench::kHeight);
-        const int r = kMinRadius + static_cast<int>(rng() % (kMaxRadius - kMinRadius));
-        for (int y = cy - r; y <= cy + r; ++y)
-            for (int x = cx - r; x <= cx + r; ++x)
-                if (x >= 0 && y >= 0 && x < bench::kWidth && y < bench::kHeight &&
-                    (x - cx) * (x - cx) + (y - cy) * (y - cy) <= r * r)
-                    img[static_cast<size_t>(y) * bench::kWidth + x] = 255;
-    }
-    return img;
-}
+std::vector<unsigned char> discs() { return bench::discs(kDiscs, kMinRadius, kMaxRadius, 7); }
 
 std::vector<unsigned char> speckle() {
     std::vector<unsigned char> img = bench::frame();
