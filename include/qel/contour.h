@@ -176,11 +176,12 @@ QEL_API double QelLineSimilarity(int x0, int y0, unsigned char* chain, int n, in
 // then rows from the top), trace each one, and most return the image binarised at 50 at the end.
 // Their chain buffers are scratch of width × height bytes unless said otherwise.
 
-/// Fills the inside of a closed contour and returns its orientation: +1 for a contour turning
-/// counter-clockwise on screen (an outer boundary), −1 for clockwise (a hole's), 0 when the chain
-/// has no codes or does not turn (nothing is filled then). Contour points where the contour goes
-/// down are filled from towards the inside (rightwards for +1, leftwards for −1) up to the next
-/// point where it goes up, which is first given boundaryValue; the walk writes fillValue. With
+/// Fills the inside of a closed contour and returns its orientation, the sum of its turns / 8: +1
+/// for a contour turning counter-clockwise on screen (an outer boundary), −1 for clockwise (a
+/// hole's); 0 when the chain has no codes or does not turn, and then no inside is filled (with
+/// includeContour the contour points still are). From each contour point where the contour goes
+/// down, the row is filled with fillValue towards the inside (rightwards for +1, leftwards for −1)
+/// up to the next point where it goes up, such points having been given boundaryValue. With
 /// includeContour the contour points end as fillValue, otherwise they get their values back (not
 /// when a chain of more than 4096 codes finds no memory to save them in: they then keep the values
 /// the fill left). The inside must not hold boundaryValue, or the fill stops there; binary images
