@@ -30,7 +30,8 @@ void BM_GryLine(benchmark::State& state) {
     std::vector<unsigned char> img = bench::frame();
     const std::vector<Segment> lines = segments();
     for (auto _ : state) {
-        for (const Segment& s : lines) QelGryLine(img.data(), bench::kWidth, bench::kHeight, s.x1, s.y1, s.x2, s.y2, 255);
+        for (const Segment& s : lines)
+            QelGryLine(img.data(), bench::kWidth, bench::kHeight, s.x1, s.y1, s.x2, s.y2, 255);
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * kLines);

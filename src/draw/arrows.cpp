@@ -10,8 +10,8 @@
 
 namespace {
 
-using qel::BgrPen;
-using qel::GreyPen;
+using qel::draw::BgrPen;
+using qel::draw::GreyPen;
 
 // How far the sides of a broad arrow run towards the tip, and how far its bar reaches beyond the box.
 constexpr int kBroadArrowSide = 10;
@@ -28,8 +28,8 @@ bool is_vertical(Heading h) { return h == Heading::Down || h == Heading::Up; }
 // narrowing them first to the int range changes nothing.
 template <class Pen>
 void line64(const Pen& pen, int width, int height, int64_t x1, int64_t y1, int64_t x2, int64_t y2) {
-    qel::draw_line(pen, width, height, qel::narrow_coordinate(x1), qel::narrow_coordinate(y1),
-                   qel::narrow_coordinate(x2), qel::narrow_coordinate(y2));
+    qel::draw::draw_line(pen, width, height, qel::draw::narrow_coordinate(x1), qel::draw::narrow_coordinate(y1),
+                   qel::draw::narrow_coordinate(x2), qel::draw::narrow_coordinate(y2));
 }
 
 // Narrow arrow with its tail at (x, y): a shaft `length` long doubled on the right (up, down) or
@@ -99,14 +99,14 @@ template <class Pen>
 void line_with_cross(const Pen& pen, int width, int height, int x1, int y1, int x2, int y2, int64_t size,
                      int thickness) {
     if (width <= 0 || height <= 0) return;
-    qel::draw_line(pen, width, height, x1, y1, x2, y2);
+    qel::draw::draw_line(pen, width, height, x1, y1, x2, y2);
     const int64_t top = std::max<int64_t>(y2 - size, kArrowCrossMargin);
     const int64_t bottom = std::min<int64_t>(y2 + size, height - 1 - kArrowCrossMargin);
     const int64_t left = std::max<int64_t>(x2 - size, kArrowCrossMargin);
     const int64_t right = std::min<int64_t>(x2 + size, width - 1 - kArrowCrossMargin);
     for (int64_t d = -(thickness / 2); d <= thickness / 2; ++d) {
-        qel::clipped_column(pen, width, height, x2 + d, top, bottom);
-        qel::clipped_row(pen, width, height, y2 + d, left, right);
+        qel::draw::clipped_column(pen, width, height, x2 + d, top, bottom);
+        qel::draw::clipped_row(pen, width, height, y2 + d, left, right);
     }
 }
 

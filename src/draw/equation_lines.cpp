@@ -10,7 +10,7 @@
 
 namespace {
 
-using qel::truncated_index;
+using qel::draw::truncated_index;
 
 constexpr double kPi = 3.1415926;
 // Hough angles from 45 to 125 degrees (inclusive) are walked by columns, all others by rows.
@@ -25,7 +25,7 @@ struct IncrementPen {
     unsigned char* image;
     int width;
     void put(int x, int y) const {
-        unsigned char* p = image + static_cast<std::ptrdiff_t>(y) * width + x;
+        unsigned char* p = qel::draw::grey_at(image, width, x, y);
         if (*p < 255) ++*p;
     }
 };
@@ -92,17 +92,17 @@ void degree_line(Put put, int along, int across, int s0, int p0, double t) {
 }  // namespace
 
 void QelDrawABCLineByColor(unsigned char* img, int width, int height, double a, double b, double c, int grey) {
-    abc_line(qel::GreyPen(img, width, grey), width, height, 0, width - 1, 0, height - 1, a, b, c);
+    abc_line(qel::draw::GreyPen(img, width, grey), width, height, 0, width - 1, 0, height - 1, a, b, c);
 }
 
 void QelDrawABCLineByColor(unsigned char* img, int width, int height, int xFrom, int xTo, int yFrom, int yTo,
                            double a, double b, double c, int grey) {
     if (width <= 0 || height <= 0) return;
-    const int x1 = qel::clamp_int(std::min(xFrom, xTo), 0, width - 1);
-    const int x2 = qel::clamp_int(std::max(xFrom, xTo), 0, width - 1);
-    const int y1 = qel::clamp_int(std::min(yFrom, yTo), 0, height - 1);
-    const int y2 = qel::clamp_int(std::max(yFrom, yTo), 0, height - 1);
-    abc_line(qel::GreyPen(img, width, grey), width, height, x1, x2, y1, y2, a, b, c);
+    const int x1 = qel::draw::clamp_int(std::min(xFrom, xTo), 0, width - 1);
+    const int x2 = qel::draw::clamp_int(std::max(xFrom, xTo), 0, width - 1);
+    const int y1 = qel::draw::clamp_int(std::min(yFrom, yTo), 0, height - 1);
+    const int y2 = qel::draw::clamp_int(std::max(yFrom, yTo), 0, height - 1);
+    abc_line(qel::draw::GreyPen(img, width, grey), width, height, x1, x2, y1, y2, a, b, c);
 }
 
 void QelDrawABCLineByInc(unsigned char* img, int width, int height, double a, double b, double c) {
@@ -110,15 +110,15 @@ void QelDrawABCLineByInc(unsigned char* img, int width, int height, double a, do
 }
 
 void QelDrawKBLine(unsigned char* img, int width, int height, int flag, double k, double b, int grey) {
-    kb_line(qel::GreyPen(img, width, grey), width, height, flag, k, b);
+    kb_line(qel::draw::GreyPen(img, width, grey), width, height, flag, k, b);
 }
 
 void QelDrawKBLine(unsigned char* img, int width, int height, int flag, double k, double b, int R, int G, int B) {
-    kb_line(qel::BgrPen(img, width, R, G, B), width, height, flag, k, b);
+    kb_line(qel::draw::BgrPen(img, width, R, G, B), width, height, flag, k, b);
 }
 
 void QelDrawHoughLine(unsigned char* img, int width, int height, int rho, int theta, unsigned char grey) {
-    const qel::GreyPen pen(img, width, grey);
+    const qel::draw::GreyPen pen(img, width, grey);
     const double angle = theta * kPi / 180;
     const double cosine = std::cos(angle);
     const double sine = std::sin(angle);
@@ -137,7 +137,7 @@ void QelDrawHoughLine(unsigned char* img, int width, int height, int rho, int th
 
 void QelDrawDegreeLine(unsigned char* img, int width, int height, int x0, int y0, double degrees, int grey) {
     if (width <= 0 || height <= 0) return;
-    const qel::GreyPen pen(img, width, grey);
+    const qel::draw::GreyPen pen(img, width, grey);
     if (degrees >= kDegreeRowMin && degrees <= kDegreeRowMax) {
         // Steep: by rows, x = truncate(y·t + x0 − y0·t).
         const double t = std::tan((90 - degrees) * kPi / 180);

@@ -9,7 +9,13 @@
 #include <cstdint>
 #include <limits>
 
-namespace qel {
+namespace qel::draw {
+
+// Index of pixel (x, y) in a width-wide image, and its byte in a grey image.
+inline std::ptrdiff_t pixel_index(int width, int x, int y) { return static_cast<std::ptrdiff_t>(y) * width + x; }
+inline unsigned char* grey_at(unsigned char* image, int width, int x, int y) {
+    return image + pixel_index(width, x, y);
+}
 
 // A pen stores one value into pixel (x, y); callers guarantee the pixel is inside the image.
 // Values are stored as their low byte, as an assignment to an unsigned char would.
@@ -19,8 +25,7 @@ struct GreyPen {
     unsigned char value;
 
     GreyPen(unsigned char* img, int w, int grey) : image(img), width(w), value(static_cast<unsigned char>(grey)) {}
-    unsigned char* at(int x, int y) const { return image + static_cast<std::ptrdiff_t>(y) * width + x; }
-    void put(int x, int y) const { *at(x, y) = value; }
+    void put(int x, int y) const { *grey_at(image, width, x, y) = value; }
 };
 
 // Colours arrive as red, green, blue and are stored blue, green, red.
@@ -33,7 +38,7 @@ struct BgrPen {
         : image(img), width(w), blue(static_cast<unsigned char>(b)), green(static_cast<unsigned char>(g)),
           red(static_cast<unsigned char>(r)) {}
     void put(int x, int y) const {
-        unsigned char* p = image + (static_cast<std::ptrdiff_t>(y) * width + x) * 3;
+        unsigned char* p = image + pixel_index(width, x, y) * 3;
         p[0] = blue;
         p[1] = green;
         p[2] = red;
@@ -125,6 +130,6 @@ void draw_line(const Pen& pen, int width, int height, int x1, int y1, int x2, in
     }
 }
 
-}  // namespace qel
+}  // namespace qel::draw
 
 #endif

@@ -15,13 +15,13 @@ struct Point64 {
     int64_t x, y;
 };
 
-void chord(const qel::GreyPen& pen, int width, int height, Point64 a, Point64 b) {
-    qel::draw_line(pen, width, height, qel::narrow_coordinate(a.x), qel::narrow_coordinate(a.y),
-                   qel::narrow_coordinate(b.x), qel::narrow_coordinate(b.y));
+void chord(const qel::draw::GreyPen& pen, int width, int height, Point64 a, Point64 b) {
+    qel::draw::draw_line(pen, width, height, qel::draw::narrow_coordinate(a.x), qel::draw::narrow_coordinate(a.y),
+                   qel::draw::narrow_coordinate(b.x), qel::draw::narrow_coordinate(b.y));
 }
 
 // The chord from a to b and its mirror images about column cx and row cy.
-void four_chords(const qel::GreyPen& pen, int width, int height, int64_t cx, int64_t cy, Point64 a, Point64 b) {
+void four_chords(const qel::draw::GreyPen& pen, int width, int height, int64_t cx, int64_t cy, Point64 a, Point64 b) {
     chord(pen, width, height, a, b);
     chord(pen, width, height, {2 * cx - a.x, a.y}, {2 * cx - b.x, b.y});
     chord(pen, width, height, {a.x, 2 * cy - a.y}, {b.x, 2 * cy - b.y});
@@ -43,7 +43,7 @@ int64_t quarter_row(int64_t x, int64_t cx, int64_t cy, int64_t rx, double ratio)
 
 void QelDrawCircle(unsigned char* img, int width, int height, int cx, int cy, int rx, int ry, int grey) {
     if (width <= 0 || height <= 0 || rx < 0) return;
-    const qel::GreyPen pen(img, width, grey);
+    const qel::draw::GreyPen pen(img, width, grey);
     const int64_t cx64 = cx;
     const int64_t cy64 = cy;
     if (rx == 0) {
@@ -81,13 +81,14 @@ void QelDrawCircle(unsigned char* img, int width, int height, int cx, int cy, in
 
 void QelDrawPolygon(unsigned char* img, int width, int height, int* xs, int* ys, int n, int dx, int dy, int grey) {
     if (n < 2) return;
-    const auto point_x = [&](int i) { return qel::sat_add(xs[i], dx); };
-    const auto point_y = [&](int i) { return qel::sat_add(ys[i], dy); };
+    const auto point_x = [&](int i) { return qel::draw::sat_add(xs[i], dx); };
+    const auto point_y = [&](int i) { return qel::draw::sat_add(ys[i], dy); };
     if (n == 2) {
         // The second end's row is shifted by dx, not dy: kept as built.
-        QelGryLine(img, width, height, point_x(0), point_y(0), point_x(1), qel::sat_add(ys[1], dx), grey);
+        QelGryLine(img, width, height, point_x(0), point_y(0), point_x(1), qel::draw::sat_add(ys[1], dx), grey);
         return;
     }
-    for (int i = 0; i + 1 < n; ++i) QelGryLine(img, width, height, point_x(i), point_y(i), point_x(i + 1), point_y(i + 1), grey);
+    for (int i = 0; i + 1 < n; ++i)
+        QelGryLine(img, width, height, point_x(i), point_y(i), point_x(i + 1), point_y(i + 1), grey);
     QelGryLine(img, width, height, point_x(n - 1), point_y(n - 1), point_x(0), point_y(0), grey);
 }
