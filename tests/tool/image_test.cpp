@@ -118,6 +118,28 @@ TEST(ImageFiles, RefusedFilesSayWhy) {
     }
 }
 
+TEST(ImageFiles, DamagedCopiesAreReadOrRefusedSafely) {
+    // Bytes of each format's files changed at random: the reader either refuses the copy with a
+    // UsageError or returns an image whose size matches its pixel count.
+    std::mt19937 rng(17);
+    for (const char* name : {"colour_pal16.bmp", "grey.bmp", "colour_palette.png", "colour_interlaced.png",
+                             "grey16_alpha.png", "photo.jpg", "photo_progressive.jpg"}) {
+        const Bytes original = qel_test::read_all(data(name).c_str());
+        for (int trial = 0; trial < 60; ++trial) {
+            Bytes damaged = original;
+            for (int hit = 0; hit < 1 + trial % 4; ++hit) damaged[rng() % damaged.size()] = static_cast<unsigned char>(rng());
+            if (trial % 5 == 4) damaged.resize(rng() % damaged.size());
+            TempFile file(std::string("damaged_") + name);
+            qel_test::write_all(file.c_str(), damaged);
+            try {
+                const cli::Image img = cli::loadImage(file.c_str());
+                EXPECT_EQ(img.pixels.size(), static_cast<size_t>(img.width) * static_cast<size_t>(img.height) * static_cast<size_t>(img.channels));
+            } catch (const cli::UsageError&) {
+            }
+        }
+    }
+}
+
 TEST(ImageFiles, DescriptionsNameFormatDepthAndPalette) {
     const cli::ImageFileInfo pal = cli::describeImageFile(data("colour_pal16.bmp"));
     EXPECT_EQ(pal.format, cli::ImageFormat::Bmp);

@@ -202,7 +202,14 @@ int runConvert(const cli::Args& args) {
     Format to = Format::File;
     if (args.has("to")) to = parseFormat(args.value("to"));
     else frameFromExtension(out, &to);
-    if (!isFrame(to)) cli::checkOutputName(out);
+    if (!isFrame(to)) {
+        try {
+            cli::checkOutputName(out);
+        } catch (const cli::UsageError& e) {
+            if (cli::hasImageExtension(out)) throw;  // a JPEG name or a directory: said as it is
+            throw cli::UsageError(std::string(e.what()) + ", or a raw frame .yuv420p, .yuv420sp, .yuv422p or .cbycry");
+        }
+    }
 
     // Optional rectangle x1,x2,y1,y2 (both ends included), checked against the image once its size is known.
     std::vector<int> rect;

@@ -64,20 +64,32 @@ std::string about(const std::string& path, const std::string& message) { return 
 
 namespace {
 
-constexpr unsigned char kPngSignature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-constexpr unsigned char kJpegSignature[3] = {0xFF, 0xD8, 0xFF};
+// The formats the tool reads: how a file of each begins, and its readers.
+struct FormatReader {
+    ImageFormat format;
+    const char* signature;
+    size_t signatureBytes;
+    ImageFileInfo (*describe)(const std::string&);
+    Image (*read)(const std::string&);
+};
+const FormatReader kReaders[] = {
+    {ImageFormat::Bmp, "BM", 2, formats::describeBmp, formats::readBmp},
+    {ImageFormat::Png, "\x89PNG\r\n\x1A\n", 8, formats::describePng, formats::readPng},
+    {ImageFormat::Jpeg, "\xFF\xD8\xFF", 3, formats::describeJpeg, formats::readJpeg},
+};
+constexpr size_t kLongestSignature = 8;
 
-// The format of a file from its first bytes; UsageError when it is none the tool reads.
-ImageFormat recognise(const std::string& path) {
-    unsigned char head[8] = {};
+// The readers of a file's format, recognised by its first bytes; UsageError when it is none the
+// tool reads.
+const FormatReader& readerFor(const std::string& path) {
+    unsigned char head[kLongestSignature] = {};
     size_t got = 0;
     {
         formats::FileHandle f = formats::openInput(path);
         got = std::fread(head, 1, sizeof head, f.get());
     }
-    if (got >= 2 && head[0] == 'B' && head[1] == 'M') return ImageFormat::Bmp;
-    if (got >= sizeof kPngSignature && std::memcmp(head, kPngSignature, sizeof kPngSignature) == 0) return ImageFormat::Png;
-    if (got >= sizeof kJpegSignature && std::memcmp(head, kJpegSignature, sizeof kJpegSignature) == 0) return ImageFormat::Jpeg;
+    for (const auto& r : kReaders)
+        if (got >= r.signatureBytes && std::memcmp(head, r.signature, r.signatureBytes) == 0) return r;
     throw UsageError(formats::about(path, "is not a BMP, PNG or JPEG file"));
 }
 
@@ -103,23 +115,9 @@ const char* formatName(ImageFormat format) {
     return "?";
 }
 
-ImageFileInfo describeImageFile(const std::string& path) {
-    switch (recognise(path)) {
-        case ImageFormat::Bmp: return formats::describeBmp(path);
-        case ImageFormat::Png: return formats::describePng(path);
-        case ImageFormat::Jpeg: return formats::describeJpeg(path);
-    }
-    return {};
-}
+ImageFileInfo describeImageFile(const std::string& path) { return readerFor(path).describe(path); }
 
-Image loadImage(const std::string& path) {
-    switch (recognise(path)) {
-        case ImageFormat::Bmp: return formats::readBmp(path);
-        case ImageFormat::Png: return formats::readPng(path);
-        case ImageFormat::Jpeg: return formats::readJpeg(path);
-    }
-    return {};
-}
+Image loadImage(const std::string& path) { return readerFor(path).read(path); }
 
 Image loadColour(const std::string& path) { return toColour(loadImage(path)); }
 
