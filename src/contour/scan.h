@@ -29,15 +29,12 @@ inline ScanArea rows_below_first(int width, int height) { return {1, height - 1,
 // What starts a boundary at a pixel c whose left neighbour p differs from it: an outer boundary
 // when c is 255 and p is below outerLeftBelow (untraced background, or background the tracer has
 // examined), a hole when c is 0 and p is 251 or more (an object pixel, traced or not).
-// leftAsRead compares with the left pixel's value as the scan read it, before any trace started
-// there changed it, and with 0 at the start of each row; otherwise p is the pixel's value now.
 struct StartRule {
     int outerLeftBelow;
-    bool leftAsRead;
 };
 
-constexpr StartRule kContourStarts{10, false};
-constexpr StartRule kSelectionStarts{2, false};
+constexpr StartRule kContourStarts{10};
+constexpr StartRule kSelectionStarts{2};
 
 inline Start start_at(unsigned char c, unsigned char p, StartRule rule) {
     if (c == 255 && p < rule.outerLeftBelow) return Start::Outer;
@@ -53,12 +50,10 @@ void scan_boundary_starts(unsigned char* image, int width, ScanArea area, StartR
     const int step = area.rowStep < 1 ? 1 : area.rowStep;
     for (int y = area.firstRow; y <= area.lastRow; y += step) {
         const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(y) * width;
-        unsigned char asRead = 0;
         for (int x = area.firstColumn; x <= area.lastColumn; ++x) {
             const std::ptrdiff_t i = row + x;
             const unsigned char c = image[i];
-            const unsigned char p = rule.leftAsRead ? asRead : image[i - 1];
-            asRead = c;
+            const unsigned char p = image[i - 1];
             if (c != p) visit(i, x, y, c, start_at(c, p, rule));
         }
     }

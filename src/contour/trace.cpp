@@ -23,9 +23,10 @@ void QelMarkContours(unsigned char* image, int width, int height, unsigned char*
     const std::size_t size = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     std::memcpy(out, image, size);
     QelSetImageBoundary(out, width, height, 0);
-    // Unlike the other scans, the left value is the one read before a trace from it changed it.
-    constexpr qel::StartRule kLeftAsRead{qel::kContourStarts.outerLeftBelow, true};
-    qel::scan_boundary_starts(out, width, qel::rows_below_first(width, height), kLeftAsRead,
+    // Comparing with the left pixel as it was read, before a trace started from it, finds the same
+    // starts: such a trace only turns that pixel from 255 to 254, or (the pixel after a hole's start)
+    // from 0 to 1, and neither changes whether the next pixel starts a boundary.
+    qel::scan_boundary_starts(out, width, qel::rows_below_first(width, height), qel::kContourStarts,
                               [&](std::ptrdiff_t i, int, int, unsigned char, qel::Start start) {
                                   if (start != qel::Start::None) qel::trace_found(out, width, i, start, nullptr, 0);
                               });

@@ -150,30 +150,6 @@ inline Mask where(const Image& img, bool object) {
     return m;
 }
 
-// Number of connected regions of `set`, and of those at least minSize pixels, excluding those
-// touching the frame when asked.
-inline int count_regions(const Mask& set, int w, int h, int connectivity, int minSize, bool skipFrame) {
-    Mask seen(set.size(), 0);
-    int n = 0;
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            const size_t i = static_cast<size_t>(y) * w + x;
-            if (!set[i] || seen[i]) continue;
-            const Mask r = flood(set, w, h, {{x, y}}, connectivity);
-            int size = 0;
-            bool frame = false;
-            for (int yy = 0; yy < h; ++yy)
-                for (int xx = 0; xx < w; ++xx)
-                    if (r[static_cast<size_t>(yy) * w + xx]) {
-                        seen[static_cast<size_t>(yy) * w + xx] = 1;
-                        ++size;
-                        frame = frame || xx == 0 || yy == 0 || xx == w - 1 || yy == h - 1;
-                    }
-            if (size >= minSize && !(skipFrame && frame)) ++n;
-        }
-    return n;
-}
-
 }  // namespace contour_test
 
 #endif
