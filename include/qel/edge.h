@@ -99,4 +99,8 @@ QEL_API void QelRobertRGBImage2GryRobert(unsigned char* rgb, int width, int heig
 QEL_API void QelRobertRGBImage2RGBRobert(unsigned char* rgb, int width, int height, unsigned char* rgbDst);
 // (end of Gradient operators)
 
+// ==== Shen Jun edge detector ====
+
+// ==== Edge post-processing ====
+
 #endif  // QEL_EDGE_H

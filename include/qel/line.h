@@ -219,4 +219,10 @@ QEL_API void QelABCLineHistogram(unsigned char* image, int width, int height, do
 /// one-column rectangle counts each pixel of that pass twice.
 QEL_API int QelPixelsOnRect(unsigned char* image, int width, int height, int x1, int x2, int y1, int y2, int value);
 
+// ==== Line fitting ====
+
+// ==== Hough lines ====
+
+// ==== Image chain lines ====
+
 #endif  // QEL_LINE_H
