@@ -220,6 +220,45 @@ QEL_API void QelABCLineHistogram(unsigned char* image, int width, int height, do
 QEL_API int QelPixelsOnRect(unsigned char* image, int width, int height, int x1, int x2, int y1, int y2, int value);
 
 // ==== Line fitting ====
+// Least-squares lines through integer points. Every fit gives a KB line and its angle to the x
+// axis in [0, 180). With the means mx, my of the participating points and Sxx = Σ(x − mx)²,
+// Syy = Σ(y − my)², Sxy = Σ(x − mx)(y − my): if Sxx > Syy strictly, flag 0 (y = k·x + b) with
+// k = Sxy/Sxx, b = my − k·mx, angle = atan(k)·180/pi plus 180 when negative; otherwise flag 1
+// (x = k·y + b) with k = Sxy/Syy, b = mx − k·my, angle = 90 − atan(k)·180/pi. Ties take flag 1:
+// a vertical set gives k = 0, b = x, angle 90; the diagonal y = x gives k = 1, angle 45; a single
+// point gives k = 0/0 (NaN). The single-pass fits do not check n: no points give NaN outputs.
+// The caller owns every array.
+
+/// Fit to the n points (x[i], y[i]), with the fit errors. Each point's residual r is
+/// |k·x − y + b| (flag 0) or |x − k·y − b| (flag 1); meanError = sqrt(Σr² / (n·sqrt(k² + 1))) —
+/// the square root of k² + 1 in the divisor, not k² + 1 — and maxError = max r / sqrt(k² + 1).
+QEL_API void QelFittingLine(int* x, int* y, int n, int* flag, double* k, double* b, double* angle,
+                            double* meanError, double* maxError);
+
+/// As above, over the n pixels of a chain code: the start (x0, y0), then the pixel reached after
+/// each of the first n − 1 codes (the last code, which closes a contour, is not applied). Codes are
+/// read modulo 8.
+QEL_API void QelFittingLine(int x0, int y0, unsigned char* codes, int n, int* flag, double* k, double* b,
+                            double* angle, double* meanError, double* maxError);
+
+/// Fit to the points whose mask entry is true (no error outputs).
+QEL_API void QelFittingLineMsk(int* x, int* y, bool* mask, int n, int* flag, double* k, double* b, double* angle);
+
+/// Fit, mark, fit again. False, outputs untouched, when n < 3. Otherwise the outputs get the fit
+/// over all points and each mark is set: 1 when sqrt(k² + 1) > r or sqrt(k² + 1) > −r with
+/// r = x − k·y − b (the flag-1 form whatever the flag), else 100. As sqrt(k² + 1) ≥ 1, every point
+/// of a real fit is marked 1 and the result is true with the first fit; only a NaN fit (all points
+/// equal) marks 100 everywhere and returns false. With m points marked 1: false when 2m < n; true
+/// with the first fit when 3m > 2n + 2; otherwise true after a refit over the marks below 2.
+QEL_API bool QelFittingLineTwice(int* x, int* y, int* marks, int n, int* flag, double* k, double* b, double* angle);
+
+/// Fit, reject the points farther than the mean, fit again. False, outputs untouched, when n < 3.
+/// Otherwise the outputs get the fit over all points; weights[i] = truncate(r·100) with r the
+/// residual as in QelFittingLine, and the points with weights[i] ≤ (Σ weights) / n (integer
+/// division) are kept. Fewer than 2 kept: false with the first fit in the outputs; otherwise true
+/// with the fit over the kept points.
+QEL_API bool QelFittingLineTwiceByMean(int* x, int* y, int* weights, int n, int* flag, double* k, double* b,
+                                       double* angle);
 
 // ==== Hough lines ====
 
