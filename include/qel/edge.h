@@ -100,6 +100,49 @@ QEL_API void QelRobertRGBImage2RGBRobert(unsigned char* rgb, int width, int heig
 // (end of Gradient operators)
 
 // ==== Shen Jun edge detector ====
+// A recursive first-order exponential smoother, blend(prev, cur) = prev + (cur − prev)·a, runs
+// forward then backward along each row and down each column row by row (row 0 is copied, not
+// filtered), then up the columns over the whole image. An edge pixel is an interior pixel where
+// src > smooth, at least one of its 8 neighbours has src < smooth, and the raw grey step
+// |src(x, y) − src(neighbour)| reaches `threshold` for at least one neighbour. Only the brighter
+// side of a step is marked, giving one-pixel-wide contours. Edge images hold 255 on edge pixels
+// and 0 elsewhere, with a one-pixel frame of 0. `smooth` is caller scratch of width × height
+// elements and holds the smoothed image on return. Point lists receive (x, y) in scan order (rows
+// from the top, each row from the left). Images should be at least 3 × 3; width or height ≤ 0
+// does nothing (count 0). All members are reentrant.
+// The integer members blend by prev + ((cur − prev) >> shift), an arithmetic shift rounding toward
+// minus infinity, with shift clamped to 1..3; they give exactly what QelShenJunEdgeStd gives with
+// a = 2^−shift.
+
+/// Integer Shen Jun edges into `dst` (weight 2^−shift of the new sample, shift clamped to 1..3).
+QEL_API void QelShenJunEdgeFast(unsigned char* src, unsigned char* smooth, int width, int height, int shift,
+                                int threshold, unsigned char* dst);
+
+/// Integer Shen Jun edges as a point list only: each edge point is stored, then the count is
+/// compared with maxCount, and the call returns as soon as count ≥ maxCount. So at least one
+/// point is stored when there is an edge at all, even for maxCount ≤ 0: xs and ys need room for
+/// max(maxCount, 1) points. Returns the number stored.
+QEL_API int QelShenJunEdgeFast(unsigned char* src, unsigned char* smooth, int width, int height, int shift,
+                               int threshold, int* xs, int* ys, int maxCount);
+
+/// Integer Shen Jun edges into `dst` and a point list: a point is stored only while fewer than
+/// maxCount are stored, and `dst` is filled completely even after the list is full (maxCount ≤ 0
+/// stores nothing). Returns the number stored, at most max(maxCount, 0).
+QEL_API int QelShenJunEdgeFast(unsigned char* src, unsigned char* smooth, int width, int height, int shift,
+                               int threshold, int* xs, int* ys, int maxCount, unsigned char* dst);
+
+/// Shen Jun edges with a real weight a of the new sample (0 < a < 1; small a smooths strongly),
+/// used as given. Each blend is computed in double, truncated toward zero and stored as a byte.
+/// Outside 0..1 the recursion is unstable: a blend outside 0..255 keeps the low byte of its
+/// truncation (NaN and values beyond the int range truncate to INT_MIN, low byte 0).
+QEL_API void QelShenJunEdgeStd(unsigned char* src, unsigned char* smooth, int width, int height, double a,
+                               int threshold, unsigned char* dst);
+
+/// Shen Jun edges with a real weight a and a double-precision smoothed image (no rounding between
+/// the passes); a is used as given.
+QEL_API void QelShenJunEdgeFine(unsigned char* src, double* smooth, int width, int height, double a,
+                                int threshold, unsigned char* dst);
+// (end of Shen Jun edge detector)
 
 // ==== Edge post-processing ====
 
