@@ -261,6 +261,53 @@ QEL_API bool QelFittingLineTwiceByMean(int* x, int* y, int* weights, int n, int*
                                        double* angle);
 
 // ==== Hough lines ====
+// One library-wide Hough line finder, built when the library is loaded. Call
+// QelHoughLines_Initialize with the image size (again whenever a larger one is needed), then for
+// each point set one QelHoughLines_HT, then any number of QelHoughLines_GetNextLine. A transform
+// measures the points from the centre of their bounding box and votes in cells of 1 degree by 1
+// pixel: rho = (x·cos + y·sin) >> 10 with the cosines and sines scaled by 1024 and truncated, +2 to
+// the cell and +1 to each of its rho neighbours. Line strengths are a cell's votes / 2, the number
+// of points that voted for it at its centre; a cell with fewer than 3 votes is no line. Lines are
+// reported in the ABC form and as rho and theta about the image origin (through QelABC2ThroTheta).
+// The caller's point arrays are never written. Not thread-safe.
+
+/// Sizes the finder's accumulator for a width × height image: it grows when (width + 5)·(height + 5)
+/// exceeds the area of the last growth, and never shrinks. Forgets every line taken. Returns
+/// whether an accumulator exists (false when it could not be allocated).
+QEL_API bool QelHoughLines_Initialize(int width, int height);
+
+/// Transform in which each point i whose excluded[i] is false votes for the thetas
+/// theta[i] − thetaTolerance .. theta[i] + thetaTolerance within 0..179. The bounding box is taken
+/// over the voting points and the first point, which seeds it even when excluded. Returns the
+/// strength of the strongest line and writes its five outputs; 0, outputs untouched, when n < 2,
+/// when no cell reaches 3 votes, or when the points span more than the initialised image (the
+/// accumulator is too small: also every transform before QelHoughLines_Initialize).
+QEL_API int QelHoughLines_HT(int* x, int* y, int* theta, bool* excluded, int n, int thetaTolerance, double* a,
+                             double* b, double* c, int* rho, int* lineTheta);
+
+/// Transform in which every point votes for the thetas thetaFrom .. thetaTo − 1: thetaTo has an
+/// accumulator row but gets no votes, so thetaFrom = thetaTo finds nothing. Thetas outside 0..180
+/// get no votes. Results as above.
+QEL_API int QelHoughLines_HT(int* x, int* y, int n, int thetaFrom, int thetaTo, double* a, double* b, double* c,
+                             int* rho, int* lineTheta);
+
+/// Transform in which every point votes for each theta t (degrees 0..180, 181 entries) with
+/// thetaUsed[t] true, except the highest such t, which has an accumulator row but gets no votes.
+/// Results as above.
+QEL_API int QelHoughLines_HT(int* x, int* y, int n, bool* thetaUsed, double* a, double* b, double* c, int* rho,
+                             int* lineTheta);
+
+/// The strongest cell of the last transform's accumulator not near a line already taken: a cell
+/// is passed over when, for some line taken since that transform, its rho column and theta row
+/// differ by less than minRhoDistance and less than minThetaDistance. Returns its strength and
+/// writes its outputs; returns 0 with the outputs zeroed when no cell reaches 3 votes, and 0 with
+/// the outputs untouched when the last transform found no line or 1024 lines have been taken.
+QEL_API int QelHoughLines_GetNextLine(int minRhoDistance, int minThetaDistance, double* a, double* b, double* c,
+                                      int* rho, int* lineTheta);
+
+/// Draws the last line returned (by a transform or QelHoughLines_GetNextLine) into a grey image with
+/// QelDrawABCLineByColor; draws nothing before any line has been returned.
+QEL_API void QelHoughLines_Debug(unsigned char* image, int width, int height, int colour);
 
 // ==== Image chain lines ====
 
