@@ -310,5 +310,69 @@ QEL_API int QelHoughLines_GetNextLine(int minRhoDistance, int minThetaDistance, 
 QEL_API void QelHoughLines_Debug(unsigned char* image, int width, int height, int colour);
 
 // ==== Image chain lines ====
+// A line-segment finder on edge chains. A run turns the image into a one-pixel edge map (the
+// boundary pixels of a binary image, or the Shen Jun edges of a grey image), traces every edge
+// chain with QelTraceContour, cuts each chain of at least the minimum length into nearly straight
+// pieces and, when asked, fits a line to each piece (QelFittingLineTwiceByMean) and reports it as a
+// segment. A piece whose pixels were mostly (over 80%) passed by earlier pieces is skipped, so the
+// two sides of a one-pixel-wide edge give one piece, not two.
+// The library holds one finder for its whole life; these functions act on it, one caller at a time.
+// QelImgChainLines_Initialize must come first: before it every call returns its failure value.
+// Buffers grow on initialisation and never shrink; a run on an image of more pixels than ever
+// initialised is refused. Segments and piece points handed out stay valid until the next
+// initialisation or run.
+// Straightness: a window sliding along the chain, once six pixels long, is straight when its chord
+// exceeds straightnessRatio times its arc length in whole pixels (codes 0, 2, 4, 6 count 1, odd
+// codes 1.414) and no point of the window lies farther than secondTolerance pixels from the chord.
+
+/// One segment found by the finder: its two end points and the fitted line a·x + b·y + c = 0 (the
+/// ABC form of QelKBLine2ABCLine, not normalised). 40 bytes.
+struct OVLA_LINE_SEGMENT {
+    int x1;    ///< first end point
+    int y1;
+    int x2;    ///< second end point
+    int y2;
+    double a;  ///< the fitted line
+    double b;
+    double c;
+};
+static_assert(sizeof(OVLA_LINE_SEGMENT) == 40, "OVLA_LINE_SEGMENT is four ints and three doubles, unpadded");
+
+/// Prepares the finder for images of up to width × height pixels and up to maxLines pieces a run.
+/// minChainLength below 6 counts as 6, edgeParameter below 1 as 1; edgeParameter is the Shen Jun
+/// threshold and 8 or more selects the integer operator (shift 2) over the real one (a = 0.25).
+/// Image buffers are reallocated only for more pixels than before, the per-line arrays only for
+/// more lines; the previous results are dropped. Returns true when every buffer exists; false, with
+/// the earlier buffers kept, when an allocation fails or 2 × width × height does not fit an int.
+QEL_API bool QelImgChainLines_Initialize(int width, int height, double straightnessRatio, double secondTolerance,
+                                         int minChainLength, int edgeParameter, int maxLines);
+
+/// Finds the pieces of the boundaries of a binary image (any non-zero pixel is object): the edge
+/// map holds every interior object pixel with a background pixel among its 8 neighbours. With
+/// fitLines, a line is fitted to each piece and only pieces with a line are counted. Returns the
+/// number of pieces; 0 before initialisation, for an image of more pixels than initialised, or one
+/// narrower or lower than 3. The image must stay alive for QelImgChainLines_Debug.
+QEL_API int QelImgChainLines_DoBinImg(unsigned char* image, int width, int height, bool fitLines);
+
+/// QelImgChainLines_DoBinImg on the Shen Jun edges of a grey image.
+QEL_API int QelImgChainLines_DoGryImg(unsigned char* image, int width, int height, bool fitLines);
+
+/// The segments of the last run, one per piece counted, when it had fitLines set; otherwise null.
+QEL_API OVLA_LINE_SEGMENT* QelImgChainLines_GetLines();
+
+/// Hands out the points of the next piece of the last run: xs and ys point into the finder's point
+/// lists, count is the number of points. With fitLines these are the points the segment covers.
+/// Returns false when every piece was handed out; a run and QelImgChainLines_Debug start again at
+/// the first piece.
+QEL_API bool QelImgChainLines_GetNxtCodeLine(int** xs, int** ys, int* count);
+
+/// Six panels of width × height bytes (of the last run's image) into out: 0 the image with values
+/// above 250 set to 250; 1 its Shen Jun edges, computed again as a grey run computes them (also
+/// after a binary run); 2 the points of the pieces not yet handed out by
+/// QelImgChainLines_GetNxtCodeLine (all of them straight after a run) as 254 on 0; 3 panel 1 less
+/// the pixels of panel 2; 4 with fitLines the segments drawn by QelGryLine in 255 on 0, else all 0;
+/// 5 panel 0 with the segments (without fitLines the pixels of panel 2) in 255. Returns the number
+/// of pieces; without a valid run it writes nothing and returns 0.
+QEL_API int QelImgChainLines_Debug(unsigned char* out);
 
 #endif  // QEL_LINE_H
