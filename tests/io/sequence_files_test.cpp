@@ -102,3 +102,37 @@ TEST(SequenceFiles, FailedInitializeKeepsThePreviousLinesButRewinds) {
 }
 
 }  // namespace
+
+namespace {
+
+// The reader's state rules: its text grows and is reused, never shrinks, and stays what the last
+// successful Initialize read until the next one.
+TEST(SequenceFilesState, BufferGrowsForLargerListsAndIsReusedForSmallerOnes) {
+    TempFile small("small.txt"), large("large.txt");
+    const std::string longName(5000, 'n');
+    ASSERT_TRUE(init_with(small, "a.bmp\r\n"));
+    ASSERT_TRUE(init_with(large, "b.bmp\r\n" + longName + "\r\nc.bmp\r\n"));
+    EXPECT_EQ(line(1, 6000), longName);
+    EXPECT_EQ(line(2), "c.bmp");
+    ASSERT_TRUE(init_with(small, "d.bmp\r\n"));
+    EXPECT_EQ(line(0), "d.bmp");
+    EXPECT_EQ(line(1, 6000), "<false>") << "the rest of the larger buffer is not text";
+    ASSERT_TRUE(init_with(large, "e.bmp\r\n" + longName + longName + "\r\n"));
+    EXPECT_EQ(line(1, 20000), longName + longName);
+}
+
+TEST(SequenceFilesState, LinesStayAsReadUntilTheNextInitialize) {
+    TempFile file("list.txt");
+    ASSERT_TRUE(init_with(file, "a.bmp\r\nb.bmp\r\n"));
+    EXPECT_EQ(next(), "a.bmp");
+    qel_test::write_text(file.c_str(), "x.bmp\r\ny.bmp\r\nz.bmp\r\n");  // the file changes on disk
+    EXPECT_EQ(next(), "b.bmp");
+    EXPECT_EQ(line(2), "<false>");
+    std::remove(file.c_str());
+    EXPECT_EQ(line(0), "a.bmp") << "the text was read whole by Initialize";
+    EXPECT_EQ(next(), "<false>");
+    ASSERT_TRUE(init_with(file, "z.bmp\r\n"));
+    EXPECT_EQ(next(), "z.bmp");
+}
+
+}  // namespace
