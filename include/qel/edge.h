@@ -145,5 +145,83 @@ QEL_API void QelShenJunEdgeFine(unsigned char* src, double* smooth, int width, i
 // (end of Shen Jun edge detector)
 
 // ==== Edge post-processing ====
+// Operations on edge images (any non-zero pixel is an edge pixel) and gradient images: joining
+// gaps, removing crossings, short fragments and weak points, choosing a threshold from the grey
+// levels at edges, picking the strongest responses per row or column, and the local grey range.
+// Functions given no image height trust the caller's rectangle at the bottom; they clip it at the
+// top and to the image's columns, and never read above row 0 or outside the columns.
+
+/// Joins edge ends across small gaps, in place. With r = gap/2 + 1: every interior edge pixel with
+/// fewer than 2 non-zero neighbours (isolated ones included) becomes an end point, 200. Then every
+/// pixel with r ≤ y < height−r, r ≤ x < width−r that is 0 in `edge` and non-zero in `candidates`
+/// becomes 100 when it lies inside the bounding box (bounds included) of two end points found in
+/// rows y−r..y+r−1 and columns x−r..x+r−1; the window reaches one pixel less below and to the
+/// right. At most 1000 end points of a window are used: the 1000th slot holds the latest one
+/// found (rows from the top, each row from the left). The marks 200 and 100 stay. gap ≤ −2
+/// (r ≤ 0) joins nothing.
+QEL_API void QelConnectEdge(unsigned char* edge, unsigned char* candidates, int width, int height, int gap);
+
+/// Removes branch and crossing points, in place: the one-pixel frame is set to 0, every edge pixel
+/// with more than maxNeighbours non-zero neighbours is marked 128 (marked pixels still count as
+/// neighbours), and finally every 128 becomes 0, including pixels that were 128 on entry.
+QEL_API void QelEdgeDeleteNoiseAndCrossPoints(unsigned char* edge, int width, int height, int maxNeighbours);
+
+/// Keeps only the edge fragments whose outer boundary has at least minLength codes (and a perimeter
+/// of at least minLength): `dst` becomes 255 on the boundaries of the kept fragments and 0
+/// elsewhere. `edge` is traced as QelGetContours(edge, dst, width, height, minLength, 0, 1) leaves
+/// it: its frame set to 0 and binarised at 50 (values below 50 become 0, the others 255).
+QEL_API void QelEdgeDeleteNoiseByLength(unsigned char* edge, int width, int height, int minLength,
+                                        unsigned char* dst);
+
+/// Clears the interior edge pixels where |g(x+1, y) − g(x−1, y)| + |g(x, y+1) − g(x, y−1)| on the
+/// grey image is below minGradient; frame pixels of `edge` are left as they are.
+QEL_API void QelRemoveEdgePointsByGrd(unsigned char* grey, unsigned char* edge, int width, int height,
+                                      int minGradient);
+
+/// Grey threshold from the levels around edge pixels: for each edge pixel of rows y0+1..y1−1 and
+/// columns x0+1..x1−1 (bounds excluded), with c its grey level and lo, hi the extremes of a walk of
+/// 8 reads at (row, column) offsets (0,0), (0,+1), (−1,+2), (−2,+2), (−3,+1), (−3,0), (−2,−1),
+/// (−1,−1) — each offset adds one step of the direction table to the last, a walk kept as it is —
+/// one count is added to bins c..hi (mode 2), lo..c (mode 1) or lo..hi (other modes). Returns the
+/// fullest bin, the lowest on ties; 0 when no edge pixel is found. Reads outside the image are
+/// left out of the walk.
+QEL_API int QelGetThresholdByEdge(unsigned char* grey, unsigned char* edge, int width, int x0, int x1, int y0,
+                                  int y1, int mode);
+
+/// For each column x0..x1: p is the row of the largest value in rows y0+1..y1−1 (the first on ties,
+/// 0 when all are 0), q the row of the largest value among those rows at distance ≥ minGap from p
+/// (the first on ties, p when none is positive); firstRow[x] = min(p, q), secondRow[x] = max(p, q).
+/// Both arrays (width entries) are cleared first.
+QEL_API void QelExtractTwoEdgePointPerCol(unsigned char* grd, int width, int minGap, int x0, int x1, int y0, int y1,
+                                          int* firstRow, int* secondRow);
+
+/// For each row y0..y1: a is the column of the largest value in columns x0..x1 (left to right,
+/// first on ties) and b the column of the largest value farther than 10 from a (scanning from x1
+/// down to x0, first met on ties, a when none is positive); rowFirst[y] and rowSecond[y] receive
+/// them in ascending order. Columns x0..x1 likewise give colFirst[x] and colSecond[x] from rows
+/// y0..y1 (a from the top, b from the bottom). A row or column without a positive value gets −1
+/// in both entries. Arrays are indexed by image row and column.
+QEL_API void QelExtractEdgePointInRect(unsigned char* grd, int width, int x0, int y0, int x1, int y1, int* rowFirst,
+                                       int* rowSecond, int* colFirst, int* colSecond);
+
+/// QelExtractEdgePointInRect inside the ellipse of centre (cx, cy) and half axes rx, ry: row y
+/// scans columns trunc(cx − d + 0.5)..trunc(cx + d + 0.5) with d = sqrt(ry² − (y−cy)²)·(rx/ry),
+/// column x scans rows trunc(cy − d + 0.5)..trunc(cy + d + 0.5) with
+/// d = sqrt(rx² − (x−cx)²)·(ry/rx) (real divisions). With ry = 0 row cy, and with rx = 0 column cx,
+/// has no defined chord and gets −1 in both entries.
+QEL_API void QelExtractEdgePointInCircle(unsigned char* grd, int width, int cx, int cy, int rx, int ry, int* rowFirst,
+                                         int* rowSecond, int* colFirst, int* colSecond);
+
+/// Local grey range max − min over (2·halfX+1) × (2·halfY+1) windows, with its 256-bin histogram.
+/// Rows r0 = max(0, y−halfY) .. min(height−1, r0 + 2·halfY) (pushed down at the top, clipped at the
+/// bottom). Columns halfX..width−halfX−2 use the centred window; columns 0..halfX−1 the window
+/// x..x+2·halfX and columns width−1−halfX..width−1 the window x−2·halfX..x (column width−1−halfX is
+/// one-sided although a centred window fits). Windows are clipped to the image; negative half
+/// sizes count as 0. Every value written is counted, so on narrow images a column covered by two
+/// bands is counted twice (the later, right-band value stays). Returns false and writes nothing
+/// when width > 4096.
+QEL_API bool QelEdgeTripeDetection(unsigned char* grey, int width, int height, int halfX, int halfY,
+                                   unsigned char* dst, int* histogram);
+// (end of Edge post-processing)
 
 #endif  // QEL_EDGE_H
