@@ -298,6 +298,17 @@ TEST(EdgePost, RandomImagesStayInTheirBuffersAndKeepTheirValueSets) {
         QelEdgeTripeDetection(Image(grey).data(), w, h, static_cast<int>(seed % 4), static_cast<int>(seed % 3),
                               range.data(), hist.data());
         EXPECT_TRUE(edge.guards_intact() && cross.guards_intact() && dst.guards_intact() && range.guards_intact());
+        // Rectangles and ellipses reaching past the top, left and right are clipped (exact-size
+        // arrays, so a sanitizer build sees any stray index).
+        Image g = grey;
+        std::vector<int> rf(h), rs(h), cf(w), cs(w);
+        const int t = QelGetThresholdByEdge(g.data(), edge.data(), w, -3, w + 3, -4, h - 1, static_cast<int>(seed % 3));
+        EXPECT_TRUE(t >= 0 && t <= 255);
+        QelExtractTwoEdgePointPerCol(g.data(), w, 2, -3, w + 3, -4, h - 1, cf.data(), cs.data());
+        QelExtractEdgePointInRect(g.data(), w, -3, -4, w + 3, h - 1, rf.data(), rs.data(), cf.data(), cs.data());
+        QelExtractEdgePointInCircle(g.data(), w, w / 2, h - 1 - h / 2, w, h / 2, rf.data(), rs.data(), cf.data(),
+                                    cs.data());
+        for (int x = 0; x < w; ++x) ASSERT_TRUE(cf[x] <= cs[x] && cf[x] >= -1 && cs[x] < h);
         for (int i = 0; i < w * h; ++i) {
             ASSERT_TRUE(edge.data()[i] == 0 || edge.data()[i] == 100 || edge.data()[i] == 200 || edge.data()[i] == 255);
             ASSERT_TRUE(dst.data()[i] == 0 || dst.data()[i] == 255);

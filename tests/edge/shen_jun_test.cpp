@@ -142,12 +142,36 @@ std::vector<double> reference_fine_smooth(const Image& src, int w, int h, double
     return m;
 }
 
-TEST(ShenJun, FineSmoothingAgreesWithAPlainReference) {
+// The edge rule read literally, pixel by pixel over the 8 neighbours.
+template <class Smooth>
+Image reference_edges(const Image& src, const Smooth& m, int w, int h, int threshold) {
+    Image dst(src.size(), 0);
+    for (int y = 1; y < h - 1; ++y)
+        for (int x = 1; x < w - 1; ++x) {
+            const int i = y * w + x;
+            bool negative = false, steep = false;
+            for (int k = 0; k < 9; ++k) {
+                const int n = i + (k / 3 - 1) * w + k % 3 - 1;
+                if (n == i) continue;
+                negative = negative || src[n] < m[n];
+                steep = steep || std::abs(src[i] - src[n]) >= threshold;
+            }
+            dst[i] = src[i] > m[i] && negative && steep ? 255 : 0;
+        }
+    return dst;
+}
+
+TEST(ShenJun, FineSmoothingAndEveryEdgeDecisionAgreeWithPlainReferences) {
     const int w = 31, h = 23;
-    const Image src = random_grey(w, h, 9);
-    std::vector<double> m;
-    fine(src, w, h, 0.4, 25, &m);
-    EXPECT_EQ(m, reference_fine_smooth(src, w, h, 0.4));
+    for (int threshold : {-5, 0, 1, 25, 90, 255}) {
+        const Image src = random_grey(w, h, 9 + threshold);
+        std::vector<double> m;
+        const Image edges = fine(src, w, h, 0.4, threshold, &m);
+        ASSERT_EQ(m, reference_fine_smooth(src, w, h, 0.4));
+        EXPECT_EQ(edges, reference_edges(src, m, w, h, threshold)) << threshold;
+        const Result r = fast(src, w, h, 2, threshold);
+        EXPECT_EQ(r.dst, reference_edges(src, r.smooth, w, h, threshold)) << threshold;
+    }
 }
 
 TEST(ShenJun, PointListsFollowTheEdgeImageWithTheirOwnCountRules) {
