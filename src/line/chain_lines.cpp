@@ -90,6 +90,9 @@ bool is_straight(const Window& w, const int* xs, const int* ys, const Straightne
     const double chord2 = static_cast<double>(w.dx) * w.dx + static_cast<double>(w.dy) * w.dy;
     const double arcPixels = static_cast<double>(w.arc >> kArcUnitShift);
     if (!(chord2 > arcPixels * arcPixels * (test.ratio * test.ratio))) return false;
+    // No point is farther from the first than the arc between them, and arc / 1000 overstates every
+    // code's length: a tolerance that large passes without looking at the points.
+    if (test.tolerance >= static_cast<double>(w.arc) / 1000) return true;
     const long long x0 = xs[w.first];
     const long long y0 = ys[w.first];
     long long worst = 0;
@@ -293,7 +296,8 @@ void QelImgChainLines::process_chain(int x0, int y0, int n) {
     int* ys = ys_.get() + fillOffset_;
     QelChain2Points(x0, y0, codes, n, xs, ys);
 
-    const StraightnessTest test{straightnessRatio_, secondTolerance_, minChainLength_ << kArcUnitShift};
+    const StraightnessTest test{straightnessRatio_, secondTolerance_,
+                                static_cast<long long>(minChainLength_) << kArcUnitShift};
     const int pieces = cut_chain(codes, n, xs, ys, test, pieces_.get(), maxLines_);
     for (int p = 0; p < pieces; ++p) {
         const ChainPiece& piece = pieces_[p];
@@ -312,7 +316,8 @@ void QelImgChainLines::process_chain(int x0, int y0, int n) {
                 add_entry(fillOffset_ + piece.first, piece.codes + 1);
             }
         }
-        if (p < pieces - 1) QelMarkChainByColor(edges, width_, piece.startX, piece.startY, pieceCodes, piece.codes, kUsed);
+        if (p < pieces - 1)
+            QelMarkChainByColor(edges, width_, piece.startX, piece.startY, pieceCodes, piece.codes, kUsed);
     }
     QelMarkChainByColor(edges, width_, x0, y0, codes, n, kUsed);
     fillOffset_ += n + 1;

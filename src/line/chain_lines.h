@@ -33,7 +33,7 @@ static_assert(sizeof(ChainEntry) == 8, "an entry is two ints");
 struct StraightnessTest {
     double ratio;      // the chord must exceed this fraction of the arc length
     double tolerance;  // no window point farther than this many pixels from the chord
-    int minArc;        // arc length, in 1/1024 pixel, from which a straight window opens a piece
+    long long minArc;  // arc length, in 1/1024 pixel, from which a straight window opens a piece
 };
 
 // Cuts the chain of n codes whose n points are xs, ys into nearly straight pieces; writes at most
