@@ -66,16 +66,15 @@ namespace {
 
 // The formats the tool reads: how a file of each begins, and its readers.
 struct FormatReader {
-    ImageFormat format;
     const char* signature;
     size_t signatureBytes;
     ImageFileInfo (*describe)(const std::string&);
     Image (*read)(const std::string&);
 };
 const FormatReader kReaders[] = {
-    {ImageFormat::Bmp, "BM", 2, formats::describeBmp, formats::readBmp},
-    {ImageFormat::Png, "\x89PNG\r\n\x1A\n", 8, formats::describePng, formats::readPng},
-    {ImageFormat::Jpeg, "\xFF\xD8\xFF", 3, formats::describeJpeg, formats::readJpeg},
+    {"BM", 2, formats::describeBmp, formats::readBmp},
+    {"\x89PNG\r\n\x1A\n", 8, formats::describePng, formats::readPng},
+    {"\xFF\xD8\xFF", 3, formats::describeJpeg, formats::readJpeg},
 };
 constexpr size_t kLongestSignature = 8;
 
