@@ -13,5 +13,7 @@
 #include "qel/contour.h"
 #include "qel/line.h"
 #include "qel/draw.h"
+#include "qel/geometry.h"
+#include "qel/misc.h"
 
 #endif  // QEL_H

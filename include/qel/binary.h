@@ -252,4 +252,6 @@ QEL_API bool QelRLYWhiteShortAndRLXWhiteLong(unsigned char* grey, unsigned char*
                                              unsigned char* out);
 // (end of Run-length operations)
 
+// ==== Run-length regions ====
+
 #endif  // QEL_BINARY_H
