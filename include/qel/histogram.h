@@ -281,12 +281,10 @@ QEL_API int QelLightCorretPerRow(unsigned char* image, int width, int height);
 /// change nothing, and so does an amount of 0 (or NaN). A negative amount means −amount percent
 /// of the image's grey range. Types 0, 1 and 4 clamp to the image's own darkest..brightest
 /// levels; salt and pepper uses those levels (0 and 255 for a flat image); Poisson results are
-/// stored as their low byte. The first call seeds the library's 15-bit generator from the clock;
-/// not reentrant.
+/// stored as their low byte. The first call seeds the library's 15-bit generator from the clock,
+/// or from the decimal number in the environment variable QEL_NOISE_SEED when that is set, so that
+/// a run can repeat its noise; not reentrant.
 QEL_API void Ostrum2008AddNoise(unsigned char* image, int pixelCount, double amount, unsigned int noiseType);
-/// Seeds the generator of Ostrum2008AddNoise in place of its clock seeding, so that the same seed
-/// followed by the same calls gives the same noise. Not reentrant.
-QEL_API void QelSetNoiseSeed(unsigned int seed);
 // (end of Grey-value corrections)
 
 #endif  // QEL_HISTOGRAM_H

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <ctime>
 #include <memory>
 
@@ -37,11 +38,29 @@ private:
 Random15 g_random;
 bool g_needsSeeding = true;  // library-wide: the first call of each load seeds the generator
 
+// A decimal seed in QEL_NOISE_SEED, for runs that must repeat their noise; false when unset or
+// not a plain unsigned number.
+bool seed_from_environment(uint32_t* seed) {
+    const char* text = std::getenv("QEL_NOISE_SEED");
+    if (text == nullptr || *text < '0' || *text > '9') return false;
+    char* end = nullptr;
+    const unsigned long long value = std::strtoull(text, &end, 10);
+    if (*end != '\0' || value > 0xFFFFFFFFull) return false;
+    *seed = static_cast<uint32_t>(value);
+    return true;
+}
+
 // Seeds from the clock (whole seconds), then mixes in the address of a block of random size so
-// that two processes started in the same second still differ.
+// that two processes started in the same second still differ. A seed given in the environment
+// replaces both.
 void seed_once() {
     if (!g_needsSeeding) return;
     g_needsSeeding = false;
+    uint32_t chosen = 0;
+    if (seed_from_environment(&chosen)) {
+        g_random.seed(chosen);
+        return;
+    }
     g_random.seed(static_cast<uint32_t>(std::time(nullptr)));
     const size_t blockSize = static_cast<size_t>(g_random.next() % kSeedBlockSpread) + 1;
     std::unique_ptr<unsigned char[]> block(new unsigned char[blockSize]);
@@ -92,11 +111,6 @@ unsigned char poisson(int p) {
 }
 
 }  // namespace
-
-void QelSetNoiseSeed(unsigned int seed) {
-    g_needsSeeding = false;  // a chosen seed replaces the clock seeding for good
-    g_random.seed(seed);
-}
 
 void Ostrum2008AddNoise(unsigned char* image, int pixelCount, double amount, unsigned int noiseType) {
     seed_once();

@@ -166,19 +166,6 @@ TEST(Noise, SaltAndPepperUsesTheRangeEnds) {
     EXPECT_TRUE(only_binary(noisy(Bytes(1000, 90), 101.0, 2)));  // no range: black and white
 }
 
-TEST(Noise, ASeedRepeatsTheNoise) {
-    const Bytes img = random_levels(2000, 5, 20, 230);
-    QelSetNoiseSeed(42);
-    const Bytes first = noisy(img, 20.0, 0);
-    const Bytes firstAgain = noisy(img, 20.0, 0);  // the generator moves on between calls
-    QelSetNoiseSeed(42);
-    EXPECT_EQ(noisy(img, 20.0, 0), first);
-    EXPECT_EQ(noisy(img, 20.0, 0), firstAgain);
-    EXPECT_NE(first, firstAgain);
-    QelSetNoiseSeed(43);
-    EXPECT_NE(noisy(img, 20.0, 0), first);
-}
-
 TEST(Noise, PoissonKeepsBlackAndStoresLowBytes) {
     EXPECT_TRUE(all_equal(noisy(Bytes(300, 0), 1.0, 3), 0));
     // Bright pixels: p + sqrt(p) × n, unclamped and wrapped to a byte; some land above 255.

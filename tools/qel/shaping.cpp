@@ -5,11 +5,20 @@
 #include <qel.h>
 
 #include <climits>
+#include <cstdlib>
 #include <iostream>
 #include <sstream>
 #include <string>
 
 namespace {
+
+void setEnvironment(const char* name, const std::string& value) {
+#if defined(_WIN32)
+    _putenv_s(name, value.c_str());
+#else
+    setenv(name, value.c_str(), 1);
+#endif
+}
 
 struct NoiseName {
     const char* name;
@@ -46,7 +55,8 @@ int runNoise(const cli::Args& args) {
     cli::checkOutputName(args.positional()[1]);
     cli::Image img = cli::loadImage(args.positional()[0]);
     if (img.pixels.size() > static_cast<size_t>(INT_MAX)) throw cli::UsageError("image too large");
-    if (args.has("seed")) QelSetNoiseSeed(static_cast<unsigned int>(seed));
+    // The library seeds its noise generator on its first call, from QEL_NOISE_SEED when set.
+    if (args.has("seed")) setEnvironment("QEL_NOISE_SEED", std::to_string(seed));
     // Colour images are degraded byte by byte, with the range taken over all three channels.
     Ostrum2008AddNoise(img.pixels.data(), static_cast<int>(img.pixels.size()), amount, type);
     std::ostringstream what;
