@@ -35,7 +35,7 @@ QEL_API void QelRGBImgPrj2X(unsigned char* rgb, int width, int height, int* prj)
 
 /// Draws prj[0 .. n − 1] as vertical bars with grey value colour (its low byte), one per column for
 /// columns 0 .. min(n, width) − 1, from the bottom row up. Bars are scaled so that the minimum
-/// (over all n entries) gives 0 and the maximum height · (hi − lo) / (hi − lo + 2); a bar never
+/// (over all n entries) gives 0 and the maximum about height · (hi − lo) / (hi − lo + 2); a bar never
 /// reaches row 0. Only bar pixels are written.
 QEL_API void QelDrawPrjX(unsigned char* img, int width, int height, int* prj, int n, int colour);
 

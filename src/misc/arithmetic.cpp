@@ -21,8 +21,8 @@ void combine(const unsigned char* a, const unsigned char* b, size_t count, unsig
 
 int clipped_difference(unsigned char a, unsigned char b) { return a > b ? a - b : 0; }
 
-// Writes the absolute difference image and returns nothing; when hist is not null it counts the
-// values written (hist is cleared by the caller).
+// Writes the absolute difference image (grey, one byte a pixel, for either input); when hist is
+// not null it also counts the values written (the caller clears it).
 void difference_image(const unsigned char* a, const unsigned char* b, int w, int h, bool isRGB, unsigned char* res,
                       int* hist) {
     const size_t pixels = qel::image_bytes(w, h, 1);
