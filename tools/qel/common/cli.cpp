@@ -36,7 +36,7 @@ const std::vector<Command>& commands() { return registry(); }
 Args::Args(std::vector<std::string> words, const std::vector<std::string>& valueOptions,
            const std::vector<std::string>& knownFlags) {
     for (size_t i = 0; i < words.size(); ++i) {
-        const std::string& w = words[i];
+        const std::string w = words[i] == "-o" ? "--output" : words[i];
         if (w.size() > 2 && w.compare(0, 2, "--") == 0) {
             std::string name = w.substr(2);
             std::string inlineValue;

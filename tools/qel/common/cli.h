@@ -27,7 +27,7 @@ struct Failure : std::runtime_error {
 };
 
 // Parsed command line: positional arguments and --options (an option is a flag or takes the
-// next word as its value, as the command's option list says).
+// next word as its value, as the command's option list says). "-o" is short for "--output".
 class Args {
 public:
     Args(std::vector<std::string> words, const std::vector<std::string>& valueOptions,

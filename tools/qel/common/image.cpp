@@ -182,8 +182,12 @@ void saveImage(const Image& image, const std::string& path, bool markColours) {
 void saveAndConfirm(const Image& image, const std::string& in, const std::string& out, const std::string& what,
                     bool markColours) {
     saveImage(image, out, markColours);
-    std::cout << in << " -> " << out << ": " << what << ", " << image.width << " x " << image.height
-              << (image.isGrey() ? " grey" : " colour") << "\n";
+    std::cout << confirmation(image, in, out, what) << "\n";
+}
+
+std::string confirmation(const Image& image, const std::string& in, const std::string& out, const std::string& what) {
+    return in + " -> " + out + ": " + what + ", " + std::to_string(image.width) + " x " + std::to_string(image.height) +
+           (image.isGrey() ? " grey" : " colour");
 }
 
 bool hasImageExtension(const std::string& path) {

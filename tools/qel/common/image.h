@@ -67,7 +67,9 @@ void checkOutputName(const std::string& path);
 // temporary file renamed into place. markColours shows grey levels 252..255 as yellow, blue,
 // green and red (the library's marking palette; a PNG gets the same palette).
 void saveImage(const Image& image, const std::string& path, bool markColours = false);
-// saveImage, then the confirmation line on stdout: "IN -> OUT: WHAT, W x H grey|colour".
+// The confirmation line of a written file, without its newline: "IN -> OUT: WHAT, W x H grey|colour".
+std::string confirmation(const Image& image, const std::string& in, const std::string& out, const std::string& what);
+// saveImage, then the confirmation line on stdout.
 void saveAndConfirm(const Image& image, const std::string& in, const std::string& out, const std::string& what,
                     bool markColours = false);
 

@@ -1,0 +1,51 @@
+// Where the qel tool finds the sample pictures it is shipped with.
+#include "samples.h"
+
+#include "cli.h"
+
+#include <filesystem>
+#include <system_error>
+
+// Set by the build: the samples directory relative to the installed executable's directory, and
+// the source tree's samples directory.
+#ifndef QEL_SAMPLES_FROM_BIN
+#  define QEL_SAMPLES_FROM_BIN "../share/qel/samples"
+#endif
+#ifndef QEL_SAMPLES_SOURCE_DIR
+#  define QEL_SAMPLES_SOURCE_DIR ""
+#endif
+
+namespace cli {
+
+namespace {
+namespace fs = std::filesystem;
+
+// The directory of the running executable, "" where the system does not say.
+fs::path executableDirectory() {
+    std::error_code ec;
+    const fs::path self = fs::read_symlink("/proc/self/exe", ec);
+    return ec ? fs::path() : self.parent_path();
+}
+}  // namespace
+
+std::vector<std::string> sampleDirectories() {
+    std::vector<std::string> dirs;
+    const fs::path bin = executableDirectory();
+    if (!bin.empty()) dirs.push_back((bin / QEL_SAMPLES_FROM_BIN).lexically_normal().string());
+    if (std::string(QEL_SAMPLES_SOURCE_DIR).size() > 0) dirs.push_back(QEL_SAMPLES_SOURCE_DIR);
+    return dirs;
+}
+
+std::string bundledSample(const std::string& name) {
+    std::string lookedIn;
+    for (const std::string& dir : sampleDirectories()) {
+        const fs::path candidate = fs::path(dir) / name;
+        std::error_code ec;
+        if (fs::is_regular_file(candidate, ec)) return candidate.string();
+        lookedIn += (lookedIn.empty() ? "" : ", ") + dir;
+    }
+    throw UsageError("the bundled sample " + name + " is not installed (looked in " +
+                     (lookedIn.empty() ? std::string("no place known") : lookedIn) + "); name an image file");
+}
+
+}  // namespace cli

@@ -1,0 +1,21 @@
+// Where the qel tool finds the sample pictures it is shipped with.
+#ifndef QEL_TOOL_SAMPLES_H
+#define QEL_TOOL_SAMPLES_H
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+// The places a bundled sample is looked for, in order: the installed copy, in the samples
+// directory the install puts beside the executable (PREFIX/share/qel/samples for PREFIX/bin/qel),
+// then the source tree the tool was built from.
+std::vector<std::string> sampleDirectories();
+
+// Path of the bundled sample `name` (e.g. "coins.bmp"), the first of sampleDirectories() that
+// holds it; UsageError naming the places looked in when none does.
+std::string bundledSample(const std::string& name);
+
+}  // namespace cli
+
+#endif
