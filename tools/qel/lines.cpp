@@ -1,12 +1,12 @@
 // qel lines: straight lines of a picture, by the Hough transform of its Shen Jun edge points or by
-// the chain-code segment finder, printed and drawn.
+// the chain-code segment finder (common/lines.h), printed and drawn.
 #include "common/cli.h"
 #include "common/image.h"
 #include "common/json.h"
+#include "common/lines.h"
 
 #include <qel.h>
 
-#include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -15,88 +15,13 @@
 namespace {
 
 constexpr int kDefaultCount = 10;
-constexpr int kMaxCount = 1024;             // the Hough finder hands out at most this many lines
 constexpr int kDefaultMinLength = 20;
+constexpr int kShortestPiece = 6;            // the chain finder's shortest piece
 constexpr int kDefaultEdgeThreshold = 20;   // raw grey step that makes a Shen Jun edge
-constexpr int kShenShift = 2;               // Shen Jun smoothing weight 1/4, as the chain finder's own
-// Hough: every theta 0..179 votes (the range's upper end gets no votes), and lines taken must
-// differ from every earlier one by this many pixels of rho or degrees of theta.
-constexpr int kThetaFrom = 0;
-constexpr int kThetaTo = 180;
-constexpr int kMinRhoDistance = 10;
-constexpr int kMinThetaDistance = 10;
-// Chain finder: a window is straight while its chord exceeds this share of its arc length and no
-// point lies farther from the chord than the tolerance, in pixels.
-constexpr double kStraightness = 0.9;
-constexpr double kChordTolerance = 1.5;
-constexpr int kMaxSegments = 4096;
 constexpr int kLineColour[3] = {255, 0, 0};
 constexpr int kEquationDecimals = 4;
 
-struct FoundLine {
-    int x1 = 0, y1 = 0, x2 = 0, y2 = 0;  // end points
-    double a = 0.0, b = 0.0, c = 0.0;    // a·x + b·y + c = 0 with a² + b² = 1
-    int strength = 0;                    // Hough: points voting for the line
-    int rho = 0, theta = 0;              // Hough: x·cos(theta) + y·sin(theta) = rho
-};
-
-void setEquation(FoundLine& line, double a, double b, double c) {
-    const double norm = std::sqrt(a * a + b * b);
-    line.a = norm > 0.0 ? a / norm : a;
-    line.b = norm > 0.0 ? b / norm : b;
-    line.c = norm > 0.0 ? c / norm : c;
-}
-
-// Strongest lines through the Shen Jun edge points; each line's ends are where it meets the
-// image border. Lines that do not cross the image (QelABCLineImgBoundary finds no ends) are left out.
-std::vector<FoundLine> houghLines(cli::Image& grey, int count, int edgeThreshold, int* edgePoints) {
-    const int w = grey.width;
-    const int h = grey.height;
-    const size_t pixels = static_cast<size_t>(w) * static_cast<size_t>(h);
-    std::vector<unsigned char> smooth(pixels);
-    std::vector<int> xs(pixels);
-    std::vector<int> ys(pixels);
-    const int n = QelShenJunEdgeFast(grey.pixels.data(), smooth.data(), w, h, kShenShift, edgeThreshold, xs.data(),
-                                     ys.data(), static_cast<int>(pixels));
-    *edgePoints = n;
-    std::vector<FoundLine> lines;
-    if (!QelHoughLines_Initialize(w, h)) throw cli::Failure("no memory for the Hough accumulator");
-    double a = 0.0, b = 0.0, c = 0.0;
-    int rho = 0, theta = 0;
-    int strength = QelHoughLines_HT(xs.data(), ys.data(), n, kThetaFrom, kThetaTo, &a, &b, &c, &rho, &theta);
-    while (strength > 0 && static_cast<int>(lines.size()) < count) {
-        FoundLine line;
-        if (QelABCLineImgBoundary(w, h, a, b, c, &line.x1, &line.y1, &line.x2, &line.y2)) {
-            setEquation(line, a, b, c);
-            line.strength = strength;
-            line.rho = rho;
-            line.theta = theta;
-            lines.push_back(line);
-        }
-        strength = QelHoughLines_GetNextLine(kMinRhoDistance, kMinThetaDistance, &a, &b, &c, &rho, &theta);
-    }
-    return lines;
-}
-
-// Straight pieces of the Shen Jun edge chains, at least minLength codes long, with fitted lines.
-std::vector<FoundLine> chainLines(cli::Image& grey, int minLength, int edgeThreshold) {
-    if (!QelImgChainLines_Initialize(grey.width, grey.height, kStraightness, kChordTolerance, minLength, edgeThreshold,
-                                     kMaxSegments))
-        throw cli::Failure("no memory for the chain-line finder");
-    const int n = QelImgChainLines_DoGryImg(grey.pixels.data(), grey.width, grey.height, true);
-    const OVLA_LINE_SEGMENT* segments = QelImgChainLines_GetLines();
-    std::vector<FoundLine> lines;
-    for (int i = 0; segments != nullptr && i < n; ++i) {
-        FoundLine line;
-        line.x1 = segments[i].x1;
-        line.y1 = segments[i].y1;
-        line.x2 = segments[i].x2;
-        line.y2 = segments[i].y2;
-        setEquation(line, segments[i].a, segments[i].b, segments[i].c);
-        lines.push_back(line);
-    }
-    return lines;
-}
+using cli::FoundLine;
 
 void printLines(const std::vector<FoundLine>& lines, bool hough) {
     if (lines.empty()) return;
@@ -137,11 +62,13 @@ int runLines(const cli::Args& args) {
     if (hough && args.has("min-length")) throw cli::UsageError("--min-length goes with --chains");
     if (!hough && args.has("count")) throw cli::UsageError("--count goes with --hough");
     const int count = args.integer("count", kDefaultCount);
-    if (count < 1 || count > kMaxCount)
-        throw cli::UsageError("--count wants a number of lines between 1 and " + std::to_string(kMaxCount) + ", got '" +
-                              args.value("count") + "'");
+    if (count < 1 || count > cli::kMaxHoughLines)
+        throw cli::UsageError("--count wants a number of lines between 1 and " +
+                              std::to_string(cli::kMaxHoughLines) + ", got '" + args.value("count") + "'");
     const int minLength = args.integer("min-length", kDefaultMinLength);
-    if (minLength < 6) throw cli::UsageError("--min-length wants 6 pixels or more, got '" + args.value("min-length") + "'");
+    if (minLength < kShortestPiece)
+        throw cli::UsageError("--min-length wants " + std::to_string(kShortestPiece) + " pixels or more, got '" +
+                              args.value("min-length") + "'");
     const int threshold = args.integer("threshold", kDefaultEdgeThreshold);
     if (threshold < 1 || threshold > 255)
         throw cli::UsageError("--threshold wants a grey step between 1 and 255, got '" + args.value("threshold") + "'");
@@ -151,14 +78,14 @@ int runLines(const cli::Args& args) {
     const std::string out = args.value("output");
     if (!out.empty()) cli::checkOutputName(out);
     const cli::Image picture = cli::loadImage(in);
-    cli::Image grey = cli::toGrey(picture);
+    const cli::Image grey = cli::toGrey(picture);
     if (grey.width < 3 || grey.height < 3)
         throw cli::UsageError("'" + in + "' is " + std::to_string(grey.width) + " x " + std::to_string(grey.height) +
                               "; finding lines needs at least 3 x 3 pixels");
 
     int edgePoints = 0;
     const std::vector<FoundLine> lines =
-        hough ? houghLines(grey, count, threshold, &edgePoints) : chainLines(grey, minLength, threshold);
+        hough ? cli::houghLines(grey, count, threshold, &edgePoints) : cli::chainLines(grey, minLength, threshold);
     std::string what = std::to_string(lines.size()) + (lines.size() == 1 ? " line" : " lines");
     what += hough ? " (Hough, " + std::to_string(edgePoints) + " edge points)" : " (edge chains)";
 
@@ -197,7 +124,8 @@ const cli::Register linesCommand({"lines", "find straight lines (Hough transform
     "  --chains         straight pieces of the edge chains, each with a least-squares line; the end\n"
     "                   points are the piece's ends on that line\n"
     "  --min-length L   shortest piece --chains reports, in pixels (default 20, at least 6)\n"
-    "  --threshold E    the grey step of an edge (1..255)\n"
+    "  --threshold E    the grey step of an edge (1..255); with --chains, values below 8 select\n"
+    "                   the finder's real-valued smoothing instead of its integer one\n"
     "  --json           print one JSON object (file, method, output when written, lines: [{x1, y1,\n"
     "                   x2, y2, a, b, c} and with --hough strength, rho, theta]); the confirmation\n"
     "                   line goes to stderr\n"
