@@ -6,6 +6,132 @@
 #include "qel/base.h"
 
 // ==== Rotation, flipping and shifting ====
+// Geometric copies of grey, RGB (3 bytes a pixel, B G R) and 32-bit (4 bytes a pixel) images.
+// Angles are in degrees; x runs right and y down (row 0 on top). Sines and cosines are scaled to
+// fixed point and truncated toward zero, and every fixed-point position is split by flooring; the
+// approximation of pi each function uses decides those integers and so its results. Nothing is
+// ever read or written outside the buffers named: where a transform asks for a source pixel
+// outside the image (and its weight is not 0), the nearest pixel inside is taken instead. Unless
+// stated otherwise `dst` must not overlap `src`.
+
+// ---- Rotation ----
+
+/// Rotates a grey image about its top-left pixel into a new image just large enough for the four
+/// rotated corners. With pi as 3.1415926, c = trunc(1024·cos θ) and s = trunc(1024·sin θ); corners
+/// map by ((x·c − y·s) >> 10, (x·s + y·c) >> 10), and each output pixel (X, Y) of that box takes
+/// the source pixel at the floor of the inverse rotation (by −θ, again in 1024ths), or 0 when that
+/// lies outside. A positive angle turns the picture clockwise as displayed (at 90° the top row
+/// becomes the right column). The factors are truncated, so 90° is not an exact quarter turn
+/// (c = 0, s = 1023: 100 × 50 gives 50 × 99). The size goes to newWidth × newHeight; the buffer is
+/// allocated with new[] and the caller releases it with delete[]. Returns null (sizes still set)
+/// when it cannot be allocated; a size that does not fit an int gives null with both sizes 0.
+QEL_API unsigned char* QelRotateImgByCCS(unsigned char* src, int width, int height, double degrees, int* newWidth,
+                                         int* newHeight);
+
+/// Extracts a rotated rectangle by bilinear sampling in 16.16 fixed point (pi as 3.1415): output
+/// pixel (i, j) samples the source at (x0 + i·cos − j·sin, y0 + i·sin + j·cos), so (x0, y0) is the
+/// source of output (0, 0) and output rows run along (cos, sin). Each interpolation truncates.
+/// The caller keeps the rectangle plus one pixel inside the source; should it not, samples whose
+/// 2 × 2 neighbourhood leaves the image use the nearest pixels inside. An empty source writes nothing.
+QEL_API void QelCopyRectFromRotateCCS(unsigned char* src, int width, int height, int x0, int y0, double degrees,
+                                      unsigned char* dst, int dstWidth, int dstHeight);
+
+/// As above, but an output pixel whose 2 × 2 neighbourhood (columns ix, ix+1 and rows iy, iy+1,
+/// whatever the weights) is not wholly inside the source becomes fill (its low byte). Returns true
+/// when at least one pixel was filled.
+QEL_API bool QelCopyRectFromRotateCCS(unsigned char* src, int width, int height, int x0, int y0, double degrees,
+                                      int fill, unsigned char* dst, int dstWidth, int dstHeight);
+
+/// QelCopyRectFromRotateCCS on RGB images, each byte of a pixel interpolated separately.
+QEL_API void QelRgbCopyRectFromRotateCCS(unsigned char* src, int width, int height, int x0, int y0, double degrees,
+                                         unsigned char* dst, int dstWidth, int dstHeight);
+
+/// The fill form on RGB images: an outside pixel gets fill in all three bytes.
+QEL_API bool QelRgbCopyRectFromRotateCCS(unsigned char* src, int width, int height, int x0, int y0, double degrees,
+                                         int fill, unsigned char* dst, int dstWidth, int dstHeight);
+
+/// Extracts a rotated and sheared rectangle with nearest (floored) samples in 16.16 fixed point.
+/// The rotation is θ = degrees, or degrees − 180 above 90 (pi as 3.1415); the shear is
+/// t = tan((β − 90)·3.14159/180) with β = (degrees > 90 ? 180 − degrees : −degrees) + shearDegrees,
+/// so shearDegrees = degrees + 90 (for degrees ≤ 90) means no shear. Output row j takes the source
+/// line of row j from position start = ((j·trunc(−4096·t)) >> 12) + 1 onward (the + 1 belongs to
+/// the design). Samples outside the source take the nearest pixel inside; an empty source writes nothing.
+QEL_API void QelCopyRectFromRotateAndShiftFast(unsigned char* src, int width, int height, int x0, int y0,
+                                               double degrees, double shearDegrees, unsigned char* dst,
+                                               int dstWidth, int dstHeight);
+
+// ---- Quarter turns, flips and the half turn ----
+
+/// Exact counter-clockwise quarter turn (as displayed) of a grey or RGB image: source (x, y) goes
+/// to dst column y, row width−1−x. dst is height wide and width high.
+QEL_API void QelImgRotate90DegreeCCS(unsigned char* src, int width, int height, bool isRGB, unsigned char* dst);
+
+/// Exact clockwise quarter turn: source (x, y) goes to dst column height−1−y, row x.
+QEL_API void QelImgRotate90DegreeCS(unsigned char* src, int width, int height, bool isRGB, unsigned char* dst);
+
+/// Quarter turn of a 4-bytes-a-pixel image (all four bytes moved): clockwise when clockwise is
+/// true, counter-clockwise otherwise.
+QEL_API void QelRGB32Rotate90Degree(unsigned char* src, int width, int height, bool clockwise, unsigned char* dst);
+
+/// Mirrors each row of a grey image in place.
+QEL_API void QelFlipHorizontal(unsigned char* img, int width, int height);
+
+/// Upside down into dst: dst row height−1−y := src row y (grey or RGB).
+QEL_API void QelFlipVertical(unsigned char* src, int width, int height, bool isRGB, unsigned char* dst);
+
+/// Upside down in place: rows swapped pairwise from the outside in.
+QEL_API void QelFlipVertical(unsigned char* img, int width, int height, bool isRGB);
+
+/// Half turn of a grey image: dst[width·height−1−k] := src[k].
+QEL_API void QelReverseImg(unsigned char* src, int width, int height, unsigned char* dst);
+
+// ---- Shifts and pasting ----
+
+/// Translates a grey or RGB image by (dx, dy) into dst, treating it as one strip of bytes. First
+/// the rows move down by dy (up when negative); the |dy| rows this vacates in dst are not written
+/// and keep what dst held. Then the whole strip in dst, those kept rows included, moves |dx|
+/// pixels toward its end (dx > 0) or start, and the first (dx > 0) or last |dx| pixels of every
+/// row become 0. With |dy| ≥ height no row is copied; with |dx| ≥ width every row becomes 0.
+/// src may be dst.
+QEL_API void QelImageShift(unsigned char* src, int width, int height, bool isRGB, int dx, int dy,
+                           unsigned char* dst);
+
+/// Horizontal shear with nearest samples: with off = trunc(4096·shear)·y, row y writes columns
+/// (off >> 12) + 2 .. width−1 when off < 1, else 0 .. width − (off >> 12) − 2 (the 2 is kept on
+/// purpose), with dst(x, y) := src(x + (off >> 12), y). Other columns are not written, nor are
+/// columns outside the row; a source column outside the row reads the nearest pixel of the row.
+QEL_API void QelShiftXPerRowFast(unsigned char* src, int width, int height, double shear, unsigned char* dst);
+
+/// As QelShiftXPerRowFast, but linear between source columns p >> 12 and (p >> 12) + 1 with
+/// weights in 4096ths, p = 4096·x + off.
+QEL_API void QelShiftXPerRowFine(unsigned char* src, int width, int height, double shear, unsigned char* dst);
+
+/// Aligns img2 onto img1. Within rect shrunk by maxDx columns and maxDy rows from the image's
+/// sides, tries every shift dx = −maxDx .. maxDx (outer), dy = −maxDy .. maxDy (inner) and keeps the
+/// first with the smallest QelImgDifferenceInRect between img1's window and img2's shifted window.
+/// dst := img1, then img2 shifted back by (−bestDx, −bestDy) with QelImageShift, so the rows it
+/// vacates keep img1's pixels (moved horizontally with the strip) and the columns it vacates
+/// become 0. Returns the smallest difference; it starts at window pixels · 255 (· 765 for RGB,
+/// saturating at INT_MAX), which is returned when no shift is tried. An empty window tries no
+/// shift and returns 0 with the shift (0, 0).
+QEL_API int QelShiftImg2BasedImg1(unsigned char* img1, unsigned char* img2, unsigned char* dst, int width,
+                                  int height, bool isRGB, int maxDx, int maxDy, tagRECT rect, int* bestDx,
+                                  int* bestDy);
+
+/// Copies a small grey image into a big one with its top-left pixel at (x0, y0); the parts beyond
+/// the big image's right or bottom are dropped, and so (not moving the rest) are those left of or
+/// above it.
+QEL_API void QelPasteGryImg2ResImg(unsigned char* smallImg, int smallWidth, int smallHeight, unsigned char* bigImg,
+                                   int bigWidth, int bigHeight, int x0, int y0);
+
+/// QelPasteGryImg2ResImg into an RGB image: each grey value goes to all three bytes.
+QEL_API void QelPasteGryImg2RGBImg(unsigned char* smallImg, int smallWidth, int smallHeight, unsigned char* bigImg,
+                                   int bigWidth, int bigHeight, int x0, int y0);
+
+/// QelPasteGryImg2ResImg with both images RGB.
+QEL_API void QelPasteRGBImg2ResImg(unsigned char* smallImg, int smallWidth, int smallHeight, unsigned char* bigImg,
+                                   int bigWidth, int bigHeight, int x0, int y0);
+// (end of Rotation, flipping and shifting)
 
 // ==== Resizing ====
 

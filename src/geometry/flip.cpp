@@ -1,0 +1,113 @@
+// Exact quarter turns of grey, RGB and 32-bit images, mirror flips, and the half turn.
+#include "qel/geometry.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace qel {
+namespace {
+
+// Quarter turns walk the source in square tiles so that both the rows read and the columns
+// written stay in cache.
+constexpr int kTurnTile = 64;
+
+enum class Turn { kCounterClockwise, kClockwise };
+
+// Quarter turn of an image with B bytes a pixel. Counter-clockwise: source (x, y) goes to dst
+// column y, row width−1−x; clockwise: to dst column height−1−y, row x. dst is height wide.
+template <int B, Turn turn>
+void quarter_turn(const unsigned char* src, int width, int height, unsigned char* dst) {
+    if (width <= 0 || height <= 0) return;
+    const ptrdiff_t srcStride = static_cast<ptrdiff_t>(width) * B;
+    const ptrdiff_t dstStride = static_cast<ptrdiff_t>(height) * B;
+    for (int ty = 0; ty < height; ty += kTurnTile) {
+        const int yEnd = std::min(height, ty + kTurnTile);
+        for (int tx = 0; tx < width; tx += kTurnTile) {
+            const int xEnd = std::min(width, tx + kTurnTile);
+            for (int x = tx; x < xEnd; ++x) {
+                // One source column piece becomes one piece of a dst row.
+                const unsigned char* in = src + static_cast<ptrdiff_t>(ty) * srcStride + static_cast<ptrdiff_t>(x) * B;
+                unsigned char* out;
+                ptrdiff_t step;
+                if (turn == Turn::kCounterClockwise) {
+                    out = dst + static_cast<ptrdiff_t>(width - 1 - x) * dstStride + static_cast<ptrdiff_t>(ty) * B;
+                    step = B;
+                } else {
+                    out = dst + static_cast<ptrdiff_t>(x) * dstStride + static_cast<ptrdiff_t>(height - 1 - ty) * B;
+                    step = -B;
+                }
+                for (int y = ty; y < yEnd; ++y, in += srcStride) {
+                    std::memcpy(out, in, B);
+                    if (y + 1 < yEnd) out += step;  // never form a pointer before the row
+                }
+            }
+        }
+    }
+}
+
+template <int B>
+void quarter_turn(const unsigned char* src, int width, int height, bool clockwise, unsigned char* dst) {
+    if (clockwise)
+        quarter_turn<B, Turn::kClockwise>(src, width, height, dst);
+    else
+        quarter_turn<B, Turn::kCounterClockwise>(src, width, height, dst);
+}
+
+void grey_or_rgb_turn(const unsigned char* src, int width, int height, bool isRGB, bool clockwise,
+                      unsigned char* dst) {
+    if (isRGB)
+        quarter_turn<3>(src, width, height, clockwise, dst);
+    else
+        quarter_turn<1>(src, width, height, clockwise, dst);
+}
+
+size_t row_bytes(int width, bool isRGB) { return static_cast<size_t>(width) * (isRGB ? 3 : 1); }
+
+}  // namespace
+}  // namespace qel
+
+using namespace qel;
+
+void QelImgRotate90DegreeCCS(unsigned char* src, int width, int height, bool isRGB, unsigned char* dst) {
+    grey_or_rgb_turn(src, width, height, isRGB, false, dst);
+}
+
+void QelImgRotate90DegreeCS(unsigned char* src, int width, int height, bool isRGB, unsigned char* dst) {
+    grey_or_rgb_turn(src, width, height, isRGB, true, dst);
+}
+
+void QelRGB32Rotate90Degree(unsigned char* src, int width, int height, bool clockwise, unsigned char* dst) {
+    quarter_turn<4>(src, width, height, clockwise, dst);
+}
+
+void QelFlipHorizontal(unsigned char* img, int width, int height) {
+    if (width <= 0 || height <= 0) return;
+    for (int y = 0; y < height; ++y) {
+        unsigned char* row = img + static_cast<ptrdiff_t>(y) * width;
+        std::reverse(row, row + width);
+    }
+}
+
+void QelFlipVertical(unsigned char* src, int width, int height, bool isRGB, unsigned char* dst) {
+    if (width <= 0 || height <= 0) return;
+    const size_t rowBytes = row_bytes(width, isRGB);
+    for (int y = 0; y < height; ++y)
+        std::memmove(dst + static_cast<size_t>(height - 1 - y) * rowBytes, src + static_cast<size_t>(y) * rowBytes,
+                     rowBytes);
+}
+
+void QelFlipVertical(unsigned char* img, int width, int height, bool isRGB) {
+    if (width <= 0 || height <= 0) return;
+    const size_t rowBytes = row_bytes(width, isRGB);
+    for (int top = 0, bottom = height - 1; top < bottom; ++top, --bottom) {
+        unsigned char* a = img + static_cast<size_t>(top) * rowBytes;
+        std::swap_ranges(a, a + rowBytes, img + static_cast<size_t>(bottom) * rowBytes);
+    }
+}
+
+void QelReverseImg(unsigned char* src, int width, int height, unsigned char* dst) {
+    if (width <= 0 || height <= 0) return;
+    const size_t n = static_cast<size_t>(width) * static_cast<size_t>(height);
+    std::reverse_copy(src, src + n, dst);
+}
