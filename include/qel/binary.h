@@ -253,5 +253,89 @@ QEL_API bool QelRLYWhiteShortAndRLXWhiteLong(unsigned char* grey, unsigned char*
 // (end of Run-length operations)
 
 // ==== Run-length regions ====
+// A white region described as a caller-owned array of run records, one per row (RLX) or one per
+// column (RLY). Every function takes the array and its capacity, never writes more records than
+// the capacity (0 or less writes none) and returns the number it wrote. Rows and columns outside
+// the image are never read: search rectangles are clipped to it.
+
+/// One row run of a region: row, first and last column (inclusive) and `extra`, the region
+/// number, written only by QelRLXRegionsWithID.
+struct RLX {
+    int32_t row;
+    int32_t xBegin;
+    int32_t xEnd;
+    int32_t extra;
+};
+
+/// One column run of a region: column, first and last row (inclusive) and `extra`, untouched by
+/// every function here.
+struct RLY {
+    int32_t col;
+    int32_t yBegin;
+    int32_t yEnd;
+    int32_t extra;
+};
+
+/// White row runs of rows y1..y2 near the columns x1..x2: on each row the search span starts at
+/// x1 and moves left over white pixels (down to column 0), and ends at x2 moved right over white
+/// pixels (up to column width−1), so a run crossing the rectangle's side is taken whole. Each run
+/// [s, e] of the span gives {y, s, e}; `extra` is not written.
+QEL_API int QelRLXRegionsGet(unsigned char* image, int width, int height, int x1, int x2, int y1, int y2, RLX* out,
+                             int capacity);
+
+/// Follows a stripe downwards from startRow (the first row examined) while its width stays steady.
+/// On each row the run through the centre c = (xb + xe) >> 1 of the previous bounds (at first
+/// xBegin, xEnd) is measured from c: xb is the first black pixel to the left (or column 0), xe
+/// the first black pixel to the right (or column width−1). Growth stops at a black centre, or when
+/// w = xe − xb has 2·|w − previous| >= previous and w >= 3 (the first previous width is
+/// xEnd − xBegin + 1). Each row writes {y, xb, xe − 1}: the record starts at the black pixel left
+/// of the run and ends at its last pixel. A start row outside the image writes nothing.
+QEL_API int QelRLXRegionsGrowByYInc(unsigned char* image, int width, int height, int startRow, int xBegin,
+                                    int xEnd, RLX* out, int capacity);
+
+/// QelRLXRegionsGrowByYInc upwards: rows startRow, startRow − 1, ... down to 1; row 0 is never
+/// examined.
+QEL_API int QelRLXRegionsGrowByYDec(unsigned char* image, int width, int height, int startRow, int xBegin,
+                                    int xEnd, RLX* out, int capacity);
+
+/// QelRLXRegionsGet, then each record found on row y2 (walking back from the last one, index 0
+/// excluded) is grown downwards and each on row y1 (from the first one) upwards, appending behind
+/// the records so far within the remaining capacity. The first grown record of each growth
+/// repeats the row it started from. Returns the total number of records.
+QEL_API int QelRLXReginsGetAndGrow(unsigned char* image, int width, int height, int x1, int x2, int y1, int y2,
+                                   RLX* out, int capacity);
+
+/// Writes `value` (its low byte) over columns xBegin..xEnd of each record's row, clipped to the image.
+QEL_API void QelDrawRLXRegions(unsigned char* image, int width, int height, RLX* records, int count, int value);
+
+/// Column twin of QelRLXRegionsGet: white column runs of columns x1..x2 near the rows y1..y2.
+QEL_API int QelRLYRegionsGet(unsigned char* image, int width, int height, int x1, int x2, int y1, int y2, RLY* out,
+                             int capacity);
+
+/// Column twin of QelRLXRegionsGrowByYInc: follows a stripe rightwards from startCol.
+QEL_API int QelRLYRegionsGrowByXInc(unsigned char* image, int width, int height, int startCol, int yBegin,
+                                    int yEnd, RLY* out, int capacity);
+
+/// Column twin of QelRLXRegionsGrowByYDec: leftwards down to column 1.
+QEL_API int QelRLYRegionsGrowByXDec(unsigned char* image, int width, int height, int startCol, int yBegin,
+                                    int yEnd, RLY* out, int capacity);
+
+/// Column twin of QelRLXReginsGetAndGrow: records on column x2 grow rightwards, on x1 leftwards.
+QEL_API int QelRLYReginsGetAndGrow(unsigned char* image, int width, int height, int x1, int x2, int y1, int y2,
+                                   RLY* out, int capacity);
+
+/// Writes `value` (its low byte) over rows yBegin..yEnd of each record's column, clipped to the image.
+QEL_API void QelDrawRLYRegions(unsigned char* image, int width, int height, RLY* records, int count, int value);
+
+/// Labels white row runs into regions. On row y the runs shorter than
+/// (minBottom − minTop) × y / (height − 1) + minTop are ignored; each kept run takes the number of
+/// the first overlapping run of the previous row, merging every other overlapping number into it,
+/// or else the smallest free number of 0..1023. Records {y, s, e, number} are written row by row.
+/// At the end, or when the capacity is reached, the numbers are compacted to 0..n−1 and n, the
+/// region count, is returned (1024 when all are in use); when no number is free the function
+/// returns at once with the number of records written instead.
+QEL_API int QelRLXRegionsWithID(unsigned char* image, int width, int height, int minTop, int minBottom, RLX* out,
+                                int capacity);
+// (end of Run-length regions)
 
 #endif  // QEL_BINARY_H

@@ -134,6 +134,79 @@ QEL_API void QelPasteRGBImg2ResImg(unsigned char* smallImg, int smallWidth, int 
 // (end of Rotation, flipping and shifting)
 
 // ==== Resizing ====
+// Scaling of grey images (and of RGB images where named) into caller buffers large enough for the
+// result. Sizes derived by division use integer division; the remainder rows and columns of the
+// source are ignored. An image or a result with a width or height of zero or less is not touched.
+
+/// Bilinear resampling of a width × height grey image to dstWidth × dstHeight in 16.16 fixed
+/// point: steps ((width−1) << 16) / (dstWidth−1) and likewise for rows, corner pixels map onto
+/// corner pixels, and every interpolation truncates (no rounding term). The last source row and
+/// column are interpolated along the other direction only. A destination size of 1 samples
+/// source column (row) 0. The same size copies the image.
+QEL_API void QelGryImgBilinearInterpolattionFast(unsigned char* src, int width, int height, unsigned char* dst,
+                                                 int dstWidth, int dstHeight);
+
+/// Bilinear resampling in double precision: steps (width−1)/(dstWidth−1) and (height−1)/(dstHeight−1),
+/// out = trunc((iy+1−v)·top + (v−iy)·bottom) of the row interpolations a·(ix+1−u) + b·(u−ix). Rows
+/// landing on the last source row use that row alone. A destination size of 1 samples column (row) 0.
+QEL_API void QelGryImgBilinearInterpolattionStd(unsigned char* src, int width, int height, unsigned char* dst,
+                                                int dstWidth, int dstHeight);
+
+/// QelGryImgBilinearInterpolattionFast on each of the three bytes of an RGB pixel.
+QEL_API void QelRgbImgBilinearInterpolattionFast(unsigned char* src, int width, int height, unsigned char* dst,
+                                                 int dstWidth, int dstHeight);
+
+/// Halves both sizes: each output pixel is (sum of a 2 × 2 block) >> 2; dst is (width/2) × (height/2).
+QEL_API void QelShrinkGryImg2x2ByAvr(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// Halves both sizes by taking the top-left pixel of each 2 × 2 block; the result's size
+/// (width/2, height/2) goes to dstWidth and dstHeight.
+QEL_API void QelShrinkGryImg2x2ByExtract(unsigned char* src, int width, int height, unsigned char* dst,
+                                         int* dstWidth, int* dstHeight);
+
+/// Quarters both sizes: each output pixel is (sum of the 16 pixels of a 4 × 4 block) >> 4; the
+/// result's size (width/4, height/4) goes to dstWidth and dstHeight.
+QEL_API void QelShrinkGryImg4x4ByAvr(unsigned char* src, int width, int height, unsigned char* dst,
+                                     int* dstWidth, int* dstHeight);
+
+/// Quarters both sizes by taking the top-left pixel of each 4 × 4 block; the result's size
+/// (width/4, height/4) goes to dstWidth and dstHeight.
+QEL_API void QelShrinkGryImg4x4ByExtract(unsigned char* src, int width, int height, unsigned char* dst,
+                                         int* dstWidth, int* dstHeight);
+
+/// Picks every stepX-th column of every stepY-th row: dst is (width/stepX) × (height/stepY) and
+/// its pixel (i, j) is src(i·stepX, j·stepY). Steps below 1 write nothing.
+QEL_API void QelShrinkGryImgByExtract(unsigned char* src, int width, int height, int stepX, int stepY,
+                                      unsigned char* dst);
+
+/// Median of each block, through the 256-bin histogram median QelGetMedianInHistogram. Blocks are
+/// width/dstWidth wide, or width/(dstWidth−1) when the first does not cover the image (and likewise
+/// in height); the last blocks are clipped, and a block that lies wholly outside the image is
+/// empty and gives 0.
+QEL_API void QelShrinkGryImgByMedian(unsigned char* src, int width, int height, unsigned char* dst, int dstWidth,
+                                     int dstHeight);
+
+/// Truncated mean (integer division by the pixel count) of each stepX × stepY block, separately
+/// for B, G and R when isRGB; dst is (width/stepX) × (height/stepY) pixels. Steps below 1 write nothing.
+QEL_API void QelShrinkImgByAvr(unsigned char* src, bool isRGB, int width, int height, int stepX, int stepY,
+                               unsigned char* dst);
+
+/// Doubles both sizes: dst is (2·width) × (2·height). Even output pixels copy the source, odd ones
+/// between them are (left + right) >> 1 and the last column repeats the last source pixel; odd
+/// rows are (row above + row below) >> 1 pixel by pixel, and the last row copies the one above it.
+QEL_API void QelZoomGryImg2x2(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// QelZoomGryImg2x2 on each of the three bytes of an RGB pixel.
+QEL_API void QelZoomRGBImg2x2(unsigned char* src, int width, int height, unsigned char* dst);
+
+/// Adjusts a rectangle in place. When its width right−left+1 is not a multiple of 4 it becomes
+/// min(width, maxWidth) rounded down to a multiple of 4 around the centre c = (left+right) >> 1:
+/// left = c − w/2, right = c + w/2 − 1 when 2c ≥ imageWidth, else left = c − w/2 + 1, right = c + w/2.
+/// When its height is at least maxHeight − 2 it becomes (maxHeight − 2)/2 either side of
+/// c = (top+bottom)/2. `spare` is not read.
+QEL_API void QelRectResizeX4(int imageWidth, int spare, int maxWidth, int maxHeight, int* left, int* right,
+                             int* top, int* bottom);
+// (end of Resizing)
 
 // ==== Projections ====
 // Profiles are caller-owned int arrays: one entry per column (x) or per row (y). Rectangles x0..x1,

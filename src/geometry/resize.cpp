@@ -1,0 +1,351 @@
+// Resizing: bilinear resampling in 16.16 fixed point and in double precision, reduction by block
+// averages, by picking one pixel per block and by the block median, doubling by interpolation, and
+// the adjustment of a rectangle to a width that is a multiple of 4.
+#include "qel/geometry.h"
+#include "qel/histogram.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+namespace qel {
+namespace {
+
+constexpr int kRgbChannels = 3;
+
+// ---- bilinear, 16.16 fixed point ----------------------------------------------------------------
+
+constexpr int kFixedShift = 16;
+constexpr int32_t kFixedOne = 1 << kFixedShift;  // 65536
+constexpr int32_t kFixedMask = kFixedOne - 1;
+
+// Source distance between neighbouring output samples, 16.16: ((n − 1) << 16) / (outN − 1), so
+// the first and the last samples land on the first and the last source pixel. A single output
+// sample has no spacing; it stays at 0.
+int64_t fixed_step(int n, int outN) {
+    if (outN <= 1) return 0;
+    return (static_cast<int64_t>(n - 1) << kFixedShift) / (outN - 1);
+}
+
+// Position along one axis of output sample k: whole source index and 16-bit fraction.
+struct FixedPos {
+    int index;
+    int32_t frac;
+};
+
+inline FixedPos fixed_pos(int k, int64_t step) {
+    const int64_t p = k * step;
+    return {static_cast<int>(p >> kFixedShift), static_cast<int32_t>(p & kFixedMask)};
+}
+
+// Weighted mean of a and b with weight frac / 65536 on b, truncated.
+inline int32_t fixed_lerp(int32_t a, int32_t b, int32_t frac) {
+    return ((kFixedOne - frac) * a + frac * b) >> kFixedShift;
+}
+
+// The Fast method on images of `Channels` interleaved bytes a pixel. Each output row blends two
+// source rows interpolated along the row first; those row values are kept per call, so a source
+// row shared by neighbouring output rows is interpolated once.
+template <int Channels>
+void bilinear_fast(const unsigned char* src, int width, int height, unsigned char* dst, int dstWidth,
+                   int dstHeight) {
+    if (width <= 0 || height <= 0 || dstWidth <= 0 || dstHeight <= 0) return;
+    const int64_t stepX = fixed_step(width, dstWidth);
+    const int64_t stepY = fixed_step(height, dstHeight);
+    const size_t srcRow = static_cast<size_t>(width) * Channels;
+    const size_t outRow = static_cast<size_t>(dstWidth) * Channels;
+
+    // Column positions are non-decreasing, so the columns with a right neighbour come first.
+    std::vector<FixedPos> columns(static_cast<size_t>(dstWidth));
+    int inner = 0;
+    for (int i = 0; i < dstWidth; ++i) {
+        columns[static_cast<size_t>(i)] = fixed_pos(i, stepX);
+        if (columns[static_cast<size_t>(i)].index + 1 < width) inner = i + 1;
+    }
+    // Source row y interpolated at every output column; the last source column is taken as it is.
+    auto along_row = [&](int y, int32_t* values) {
+        const unsigned char* row = src + static_cast<size_t>(y) * srcRow;
+        int32_t* v = values;
+        for (int i = 0; i < inner; ++i, v += Channels) {
+            const FixedPos px = columns[static_cast<size_t>(i)];
+            const unsigned char* p = row + static_cast<size_t>(px.index) * Channels;
+            for (int c = 0; c < Channels; ++c) v[c] = fixed_lerp(p[c], p[c + Channels], px.frac);
+        }
+        for (int i = inner; i < dstWidth; ++i, v += Channels) {
+            const unsigned char* p = row + static_cast<size_t>(columns[static_cast<size_t>(i)].index) * Channels;
+            for (int c = 0; c < Channels; ++c) v[c] = p[c];
+        }
+    };
+
+    std::vector<int32_t> rowValues(2 * outRow);
+    int32_t* upper = rowValues.data();
+    int32_t* lower = upper + outRow;
+    int upperRow = -1, lowerRow = -1;  // the source rows held in upper and lower
+    for (int j = 0; j < dstHeight; ++j) {
+        const FixedPos py = fixed_pos(j, stepY);
+        unsigned char* out = dst + static_cast<size_t>(j) * outRow;
+        if (upperRow != py.index) {
+            if (lowerRow == py.index) {
+                std::swap(upper, lower);
+                std::swap(upperRow, lowerRow);
+            } else {
+                along_row(py.index, upper);
+                upperRow = py.index;
+            }
+        }
+        // The last source row has no row below: it is interpolated along the row only.
+        if (py.index + 1 >= height) {
+            for (size_t k = 0; k < outRow; ++k) out[k] = static_cast<unsigned char>(upper[k]);
+            continue;
+        }
+        if (lowerRow != py.index + 1) {
+            along_row(py.index + 1, lower);
+            lowerRow = py.index + 1;
+        }
+        for (size_t k = 0; k < outRow; ++k) out[k] = static_cast<unsigned char>(fixed_lerp(upper[k], lower[k], py.frac));
+    }
+}
+
+// ---- bilinear, double precision -----------------------------------------------------------------
+
+// Source distance between neighbouring output samples; 0 for a single sample.
+double real_step(int n, int outN) {
+    if (outN <= 1) return 0.0;
+    return static_cast<double>(n - 1) / static_cast<double>(outN - 1);
+}
+
+void bilinear_std(const unsigned char* src, int width, int height, unsigned char* dst, int dstWidth, int dstHeight) {
+    if (width <= 0 || height <= 0 || dstWidth <= 0 || dstHeight <= 0) return;
+    const double sx = real_step(width, dstWidth);
+    const double sy = real_step(height, dstHeight);
+    // Interpolation along one source row at u; the last column is taken as it is.
+    auto along_row = [width](const unsigned char* row, double u) {
+        const int ix = static_cast<int>(u);
+        const double a = row[ix];
+        if (ix + 1 >= width) return a;
+        const double b = row[ix + 1];
+        return a * (static_cast<double>(ix + 1) - u) + b * (u - static_cast<double>(ix));
+    };
+    unsigned char* out = dst;
+    for (int j = 0; j < dstHeight; ++j) {
+        const double v = static_cast<double>(j) * sy;
+        const int iy = static_cast<int>(v);
+        const unsigned char* top = src + static_cast<size_t>(iy) * static_cast<size_t>(width);
+        if (iy + 1 >= height) {
+            // A row landing on the last source row is written from that row alone; the row below
+            // it would only ever carry weight 0 and lies outside the image.
+            for (int i = 0; i < dstWidth; ++i)
+                *out++ = static_cast<unsigned char>(static_cast<int>(along_row(top, static_cast<double>(i) * sx)));
+            continue;
+        }
+        const unsigned char* bottom = top + width;
+        const double wTop = static_cast<double>(iy + 1) - v;
+        const double wBottom = v - static_cast<double>(iy);
+        for (int i = 0; i < dstWidth; ++i) {
+            const double u = static_cast<double>(i) * sx;
+            const double value = wTop * along_row(top, u) + wBottom * along_row(bottom, u);
+            *out++ = static_cast<unsigned char>(static_cast<int>(value));
+        }
+    }
+}
+
+// ---- reduction ----------------------------------------------------------------------------------
+
+// Reduces a `channels`-byte image by blocks of stepX × stepY pixels into (width/stepX) ×
+// (height/stepY) pixels; each output byte is reduce(sum of the block's bytes of its channel).
+template <class Reduce>
+void shrink_by_block_sums(const unsigned char* src, int width, int height, int channels, int stepX, int stepY,
+                          unsigned char* dst, Reduce reduce) {
+    if (width <= 0 || height <= 0 || stepX <= 0 || stepY <= 0) return;
+    const int outW = width / stepX;
+    const int outH = height / stepY;
+    const size_t srcRow = static_cast<size_t>(width) * static_cast<size_t>(channels);
+    unsigned char* out = dst;
+    for (int j = 0; j < outH; ++j) {
+        const unsigned char* block = src + static_cast<size_t>(j) * static_cast<size_t>(stepY) * srcRow;
+        for (int i = 0; i < outW; ++i) {
+            const size_t x0 = static_cast<size_t>(i) * static_cast<size_t>(stepX) * static_cast<size_t>(channels);
+            for (int c = 0; c < channels; ++c) {
+                int64_t sum = 0;
+                for (int dy = 0; dy < stepY; ++dy) {
+                    const unsigned char* p = block + static_cast<size_t>(dy) * srcRow + x0 + c;
+                    for (int dx = 0; dx < stepX; ++dx) sum += p[static_cast<size_t>(dx) * channels];
+                }
+                *out++ = static_cast<unsigned char>(reduce(sum));
+            }
+        }
+    }
+}
+
+// Picks src(i·stepX, j·stepY) for the (width/stepX) × (height/stepY) output pixels.
+void shrink_by_extract(const unsigned char* src, int width, int height, int stepX, int stepY, unsigned char* dst) {
+    if (width <= 0 || height <= 0 || stepX <= 0 || stepY <= 0) return;
+    const int outW = width / stepX;
+    const int outH = height / stepY;
+    unsigned char* out = dst;
+    for (int j = 0; j < outH; ++j) {
+        const unsigned char* row = src + static_cast<size_t>(j) * static_cast<size_t>(stepY) * width;
+        for (int i = 0; i < outW; ++i) *out++ = row[static_cast<size_t>(i) * stepX];
+    }
+}
+
+// The block sizes of the median reduction along one axis: n / outN, enlarged once to
+// n / (outN − 1) when outN blocks of the first size leave source pixels over.
+int median_block(int n, int outN) {
+    int b = n / outN;
+    if (b * outN < n) b = n / (outN - 1);  // outN is at least 2 here: n / 1 always covers n
+    return b;
+}
+
+// ---- doubling -----------------------------------------------------------------------------------
+
+// Doubles a `Channels`-byte image: even output pixels copy the source, odd ones average their
+// neighbours (truncated), odd rows average the rows around them and the last row repeats the one
+// above it.
+template <int Channels>
+void zoom_2x2(const unsigned char* src, int width, int height, unsigned char* dst) {
+    if (width <= 0 || height <= 0) return;
+    const size_t outRow = static_cast<size_t>(2) * width * Channels;
+    for (int y = 0; y < height; ++y) {
+        const unsigned char* p = src + static_cast<size_t>(y) * width * Channels;
+        unsigned char* o = dst + static_cast<size_t>(2) * y * outRow;
+        for (int x = 0; x + 1 < width; ++x) {
+            for (int c = 0; c < Channels; ++c) {
+                const int a = p[x * Channels + c];
+                const int b = p[(x + 1) * Channels + c];
+                o[2 * x * Channels + c] = static_cast<unsigned char>(a);
+                o[(2 * x + 1) * Channels + c] = static_cast<unsigned char>((a + b) >> 1);
+            }
+        }
+        // The last source pixel fills the last two output columns (with width 1, both of them).
+        for (int c = 0; c < Channels; ++c) {
+            const unsigned char last = p[(width - 1) * Channels + c];
+            o[(2 * width - 2) * Channels + c] = last;
+            o[(2 * width - 1) * Channels + c] = last;
+        }
+        if (y >= 1) {
+            unsigned char* mid = o - outRow;
+            const unsigned char* above = mid - outRow;
+            for (size_t k = 0; k < outRow; ++k) mid[k] = static_cast<unsigned char>((above[k] + o[k]) >> 1);
+        }
+    }
+    unsigned char* last = dst + (static_cast<size_t>(2) * height - 1) * outRow;
+    std::memcpy(last, last - outRow, outRow);
+}
+
+}  // namespace
+}  // namespace qel
+
+void QelGryImgBilinearInterpolattionFast(unsigned char* src, int width, int height, unsigned char* dst,
+                                         int dstWidth, int dstHeight) {
+    qel::bilinear_fast<1>(src, width, height, dst, dstWidth, dstHeight);
+}
+
+void QelGryImgBilinearInterpolattionStd(unsigned char* src, int width, int height, unsigned char* dst, int dstWidth,
+                                        int dstHeight) {
+    qel::bilinear_std(src, width, height, dst, dstWidth, dstHeight);
+}
+
+void QelRgbImgBilinearInterpolattionFast(unsigned char* src, int width, int height, unsigned char* dst,
+                                         int dstWidth, int dstHeight) {
+    qel::bilinear_fast<qel::kRgbChannels>(src, width, height, dst, dstWidth, dstHeight);
+}
+
+void QelShrinkGryImg2x2ByAvr(unsigned char* src, int width, int height, unsigned char* dst) {
+    qel::shrink_by_block_sums(src, width, height, 1, 2, 2, dst, [](int64_t sum) { return sum >> 2; });
+}
+
+void QelShrinkGryImg2x2ByExtract(unsigned char* src, int width, int height, unsigned char* dst, int* dstWidth,
+                                 int* dstHeight) {
+    qel::shrink_by_extract(src, width, height, 2, 2, dst);
+    *dstWidth = width / 2;
+    *dstHeight = height / 2;
+}
+
+void QelShrinkGryImg4x4ByAvr(unsigned char* src, int width, int height, unsigned char* dst, int* dstWidth,
+                             int* dstHeight) {
+    // A block of 255s sums to 4080, and 4080 >> 4 is 255 again.
+    qel::shrink_by_block_sums(src, width, height, 1, 4, 4, dst, [](int64_t sum) { return sum >> 4; });
+    *dstWidth = width / 4;
+    *dstHeight = height / 4;
+}
+
+void QelShrinkGryImg4x4ByExtract(unsigned char* src, int width, int height, unsigned char* dst, int* dstWidth,
+                                 int* dstHeight) {
+    qel::shrink_by_extract(src, width, height, 4, 4, dst);
+    *dstWidth = width / 4;
+    *dstHeight = height / 4;
+}
+
+void QelShrinkGryImgByExtract(unsigned char* src, int width, int height, int stepX, int stepY, unsigned char* dst) {
+    qel::shrink_by_extract(src, width, height, stepX, stepY, dst);
+}
+
+void QelShrinkGryImgByMedian(unsigned char* src, int width, int height, unsigned char* dst, int dstWidth,
+                             int dstHeight) {
+    if (width <= 0 || height <= 0 || dstWidth <= 0 || dstHeight <= 0) return;
+    const int bw = qel::median_block(width, dstWidth);
+    const int bh = qel::median_block(height, dstHeight);
+    int hist[256];
+    unsigned char* out = dst;
+    for (int j = 0; j < dstHeight; ++j) {
+        // Blocks are clipped at the image's edges; one lying wholly outside is empty, and the
+        // median of an empty histogram is 0.
+        const int64_t y0 = static_cast<int64_t>(j) * bh;
+        const int y1 = static_cast<int>(std::min<int64_t>(y0 + bh, height)) - 1;
+        for (int i = 0; i < dstWidth; ++i) {
+            const int64_t x0 = static_cast<int64_t>(i) * bw;
+            const int x1 = static_cast<int>(std::min<int64_t>(x0 + bw, width)) - 1;
+            if (x0 > x1 || y0 > y1) {
+                std::fill(hist, hist + 256, 0);
+            } else {
+                QelGetHistogramInRect(src, width, static_cast<int>(x0), x1, static_cast<int>(y0), y1, hist);
+            }
+            *out++ = static_cast<unsigned char>(QelGetMedianInHistogram(hist));
+        }
+    }
+}
+
+void QelShrinkImgByAvr(unsigned char* src, bool isRGB, int width, int height, int stepX, int stepY,
+                       unsigned char* dst) {
+    if (stepX <= 0 || stepY <= 0) return;
+    const int64_t count = static_cast<int64_t>(stepX) * stepY;
+    qel::shrink_by_block_sums(src, width, height, isRGB ? qel::kRgbChannels : 1, stepX, stepY, dst,
+                              [count](int64_t sum) { return sum / count; });
+}
+
+void QelZoomGryImg2x2(unsigned char* src, int width, int height, unsigned char* dst) {
+    qel::zoom_2x2<1>(src, width, height, dst);
+}
+
+void QelZoomRGBImg2x2(unsigned char* src, int width, int height, unsigned char* dst) {
+    qel::zoom_2x2<qel::kRgbChannels>(src, width, height, dst);
+}
+
+void QelRectResizeX4(int imageWidth, int /*spare*/, int maxWidth, int maxHeight, int* left, int* right, int* top,
+                     int* bottom) {
+    int w = *right - *left + 1;
+    if (w % 4 != 0) {
+        w = std::min(w, maxWidth);
+        w -= ((w % 4) + 4) % 4;  // down to a multiple of 4 (toward minus infinity)
+        // The centre is (left + right) >> 1, rounded down; the row centre below uses / 2 instead.
+        const int c = static_cast<int>((static_cast<int64_t>(*left) + *right) >> 1);
+        // In the right half of the image the extra column goes to the left of the centre.
+        if (2 * static_cast<int64_t>(c) >= imageWidth) {
+            *right = c + w / 2 - 1;
+            *left = c - w / 2;
+        } else {
+            *right = c + w / 2;
+            *left = c - w / 2 + 1;
+        }
+    }
+    const int h = *bottom - *top + 1;
+    if (h >= maxHeight - 2) {
+        const int c = (*top + *bottom) / 2;
+        *top = c - (maxHeight - 2) / 2;
+        *bottom = c + (maxHeight - 2) / 2;
+    }
+}
