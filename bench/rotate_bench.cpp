@@ -36,14 +36,15 @@ void BM_CopyRectFromRotate(benchmark::State& state) {
     const int x0 = 200, y0 = -257;  // output centre (960, 540) samples the source centre
     for (auto _ : state) {
         if (Channels == 1 && WithFill)
-            benchmark::DoNotOptimize(QelCopyRectFromRotateCCS(src.data(), bench::kWidth, bench::kHeight, x0, y0, kDegrees,
-                                                              0, dst.data(), bench::kWidth, bench::kHeight));
+            benchmark::DoNotOptimize(QelCopyRectFromRotateCCS(src.data(), bench::kWidth, bench::kHeight, x0, y0,
+                                                              kDegrees, 0, dst.data(), bench::kWidth, bench::kHeight));
         else if (Channels == 1)
             QelCopyRectFromRotateCCS(src.data(), bench::kWidth, bench::kHeight, x0, y0, kDegrees, dst.data(),
                                      bench::kWidth, bench::kHeight);
         else if (WithFill)
             benchmark::DoNotOptimize(QelRgbCopyRectFromRotateCCS(src.data(), bench::kWidth, bench::kHeight, x0, y0,
-                                                                 kDegrees, 0, dst.data(), bench::kWidth, bench::kHeight));
+                                                                 kDegrees, 0, dst.data(), bench::kWidth,
+                                                                 bench::kHeight));
         else
             QelRgbCopyRectFromRotateCCS(src.data(), bench::kWidth, bench::kHeight, x0, y0, kDegrees, dst.data(),
                                         bench::kWidth, bench::kHeight);
@@ -61,8 +62,8 @@ void BM_CopyRectFromRotateAndShiftFast(benchmark::State& state) {
     std::vector<unsigned char> dst(src.size());
     for (auto _ : state) {
         // shear = degrees + 95: five degrees of shear on top of the rotation.
-        QelCopyRectFromRotateAndShiftFast(src.data(), bench::kWidth, bench::kHeight, 200, -257, kDegrees,
-                                          kDegrees + 95, dst.data(), bench::kWidth, bench::kHeight);
+        QelCopyRectFromRotateAndShiftFast(src.data(), bench::kWidth, bench::kHeight, 200, -257, kDegrees, kDegrees + 95,
+                                          dst.data(), bench::kWidth, bench::kHeight);
         benchmark::DoNotOptimize(dst.data());
     }
     bench::set_pixels_processed(state);

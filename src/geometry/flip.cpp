@@ -54,8 +54,7 @@ void quarter_turn(const unsigned char* src, int width, int height, bool clockwis
         quarter_turn<B, Turn::kCounterClockwise>(src, width, height, dst);
 }
 
-void grey_or_rgb_turn(const unsigned char* src, int width, int height, bool isRGB, bool clockwise,
-                      unsigned char* dst) {
+void grey_or_rgb_turn(const unsigned char* src, int width, int height, bool isRGB, bool clockwise, unsigned char* dst) {
     if (isRGB)
         quarter_turn<3>(src, width, height, clockwise, dst);
     else

@@ -8,6 +8,7 @@
 
 #include "geometry/transform_fixed.h"
 
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <cstddef>
@@ -77,8 +78,7 @@ struct Source {
         const int64_t iy = floor_shift(Y, kRectBits);
         const int64_t xa = clamp_index(ix, width), xb = clamp_index(ix + 1, width);
         const int64_t ya = clamp_index(iy, height), yb = clamp_index(iy + 1, height);
-        blend<B>(at(xa, ya), at(xb, ya), at(xa, yb), at(xb, yb), frac_bits(X, kRectBits), frac_bits(Y, kRectBits),
-                 out);
+        blend<B>(at(xa, ya), at(xb, ya), at(xa, yb), at(xb, yb), frac_bits(X, kRectBits), frac_bits(Y, kRectBits), out);
     }
 };
 
@@ -86,8 +86,8 @@ struct Source {
 // neighbourhood lies inside are interpolated directly; the others go to `outside(X, Y, out)`.
 // Returns whether any pixel was outside.
 template <int B, class Outside>
-bool bilinear_row(const Source<B>& src, int64_t X, int64_t Y, int64_t c, int64_t s, unsigned char* out,
-                  int dstWidth, const Outside& outside) {
+bool bilinear_row(const Source<B>& src, int64_t X, int64_t Y, int64_t c, int64_t s, unsigned char* out, int dstWidth,
+                  const Outside& outside) {
     // ix in 0 .. width−2 and iy in 0 .. height−2: the neighbours ix+1 and iy+1 are inside too.
     const Span row{0, dstWidth - 1};
     const Span in = intersect(linear_span(c, X, int64_t{kRectOne} * (src.width - 1) - 1, row),
@@ -119,8 +119,8 @@ RectFactors rect_factors(double degrees) {
 
 // Runs every output row; `outside` handles the samples without a neighbourhood inside.
 template <int B, class Outside>
-bool extract_rect(const unsigned char* src, int width, int height, int x0, int y0, double degrees,
-                  unsigned char* dst, int dstWidth, int dstHeight, const Outside& outside) {
+bool extract_rect(const unsigned char* src, int width, int height, int x0, int y0, double degrees, unsigned char* dst,
+                  int dstWidth, int dstHeight, const Outside& outside) {
     if (dstWidth <= 0 || dstHeight <= 0) return false;
     const RectFactors f = rect_factors(degrees);
     const Source<B> source{src, width, height};
@@ -247,8 +247,7 @@ void QelCopyRectFromRotateAndShiftFast(unsigned char* src, int width, int height
     const Source<1> source{src, width, height};
     for (int j = 0; j < dstHeight; ++j) {
         // The + 1 is part of the design: every row starts one pixel along its line.
-        int64_t start = floor_shift(j * shearStep, kShearBits) + 1;
-        start = start < -kMaxShearStart ? -kMaxShearStart : start > kMaxShearStart ? kMaxShearStart : start;
+        const int64_t start = std::clamp(floor_shift(j * shearStep, kShearBits) + 1, -kMaxShearStart, kMaxShearStart);
         const int64_t X = int64_t{x0} * kRectOne - j * f.s;
         const int64_t Y = int64_t{y0} * kRectOne + j * f.c;
         unsigned char* out = dst + static_cast<ptrdiff_t>(j) * dstWidth;  // out[i − start] is pixel i
@@ -260,7 +259,7 @@ void QelCopyRectFromRotateAndShiftFast(unsigned char* src, int width, int height
         const int64_t last = in.empty() ? row.last : in.last;
         auto nearest_clamped = [&](int64_t i) {
             out[i - start] = *source.at(clamp_index(floor_shift(X + i * f.c, kRectBits), width),
-                                clamp_index(floor_shift(Y + i * f.s, kRectBits), height));
+                                        clamp_index(floor_shift(Y + i * f.s, kRectBits), height));
         };
         for (int64_t i = row.first; i < first; ++i) nearest_clamped(i);
         for (int64_t i = first; i <= last; ++i)

@@ -61,8 +61,8 @@ void shear_rows(const unsigned char* src, int width, int height, double shear, u
 
 // Pastes with SB bytes a source pixel and DB a destination pixel (a grey byte fills all DB bytes).
 template <int SB, int DB>
-void paste(const unsigned char* small, int smallWidth, int smallHeight, unsigned char* big, int bigWidth,
-           int bigHeight, int x0, int y0) {
+void paste(const unsigned char* small, int smallWidth, int smallHeight, unsigned char* big, int bigWidth, int bigHeight,
+           int x0, int y0) {
     if (smallWidth <= 0 || smallHeight <= 0 || bigWidth <= 0 || bigHeight <= 0) return;
     const int64_t yFirst = std::max<int64_t>(y0, 0);
     const int64_t yLast = std::min<int64_t>(bigHeight - 1, int64_t{y0} + smallHeight - 1);
@@ -149,7 +149,8 @@ int QelShiftImg2BasedImg1(unsigned char* img1, unsigned char* img2, unsigned cha
     *bestDx = 0;
     *bestDy = 0;
     if (!emptyWindow) {
-        const int64_t pixels = std::min<int64_t>(std::min<int64_t>(rows, INT_MAX) * std::min<int64_t>(cols, INT_MAX), INT_MAX);
+        const int64_t pixels =
+            std::min<int64_t>(std::min<int64_t>(rows, INT_MAX) * std::min<int64_t>(cols, INT_MAX), INT_MAX);
         best = static_cast<int>(std::min<int64_t>(pixels * (isRGB ? kMaxRgbDifference : kMaxGreyDifference), INT_MAX));
         const tagRECT window{static_cast<int32_t>(left), static_cast<int32_t>(top), static_cast<int32_t>(right),
                              static_cast<int32_t>(bottom)};
@@ -167,8 +168,9 @@ int QelShiftImg2BasedImg1(unsigned char* img1, unsigned char* img2, unsigned cha
     }
 
     if (width > 0 && height > 0)
-        std::memcpy(dst, img1,
-                    static_cast<size_t>(width) * static_cast<size_t>(height) * static_cast<size_t>(bytes_per_pixel(isRGB)));
+        std::memcpy(
+            dst, img1,
+            static_cast<size_t>(width) * static_cast<size_t>(height) * static_cast<size_t>(bytes_per_pixel(isRGB)));
     QelImageShift(img2, width, height, isRGB, -*bestDx, -*bestDy, dst);
     return best;
 }

@@ -67,7 +67,8 @@ TEST(ImageShift, RandomShiftsMatchThePixelRuleAndStayInBounds) {
     std::mt19937 rng(1);
     for (int trial = 0; trial < 300; ++trial) {
         const int w = 1 + static_cast<int>(rng() % 12), h = 1 + static_cast<int>(rng() % 12), B = trial % 2 ? 3 : 1;
-        const int dx = static_cast<int>(rng() % (2 * w + 5)) - w - 2, dy = static_cast<int>(rng() % (2 * h + 5)) - h - 2;
+        const int dx = static_cast<int>(rng() % (2 * w + 5)) - w - 2,
+                  dy = static_cast<int>(rng() % (2 * h + 5)) - h - 2;
         const size_t n = static_cast<size_t>(w) * h * B;
         Bytes src = qel_test::random_bytes(n, trial), old = qel_test::random_bytes(n, trial + 1000);
         GuardedImage dst(w, h, B);
@@ -87,7 +88,8 @@ TEST(ShiftXPerRow, ZeroShearLeavesTheFirstTwoColumns) {
         std::fill(dst.begin(), dst.end(), 77);
         f(src.data(), 6, 3, 0.0, dst.data());
         for (int y = 0; y < 3; ++y)
-            EXPECT_EQ(qel_test::row_of(dst, 6, y), (Bytes{77, 77, src[y * 6 + 2], src[y * 6 + 3], src[y * 6 + 4], src[y * 6 + 5]}));
+            EXPECT_EQ(qel_test::row_of(dst, 6, y),
+                      (Bytes{77, 77, src[y * 6 + 2], src[y * 6 + 3], src[y * 6 + 4], src[y * 6 + 5]}));
     }
 }
 
@@ -128,7 +130,8 @@ TEST(ShiftXPerRow, RandomShearsMatchThePixelRuleAndStayInBounds) {
             GuardedImage dst(w, h, 1, 123);
             (fine ? QelShiftXPerRowFine : QelShiftXPerRowFast)(src.data(), w, h, shear, dst.data());
             ASSERT_TRUE(dst.guards_intact()) << trial;
-            ASSERT_EQ(contents(dst, static_cast<size_t>(w) * h), reference_shear(src, Bytes(w * h, 123), w, h, shear, fine))
+            ASSERT_EQ(contents(dst, static_cast<size_t>(w) * h),
+                      reference_shear(src, Bytes(w * h, 123), w, h, shear, fine))
                 << trial << " shear " << shear << (fine ? " fine" : " fast");
         }
     }
@@ -143,7 +146,8 @@ TEST(ShiftImg2BasedImg1, RecoversAKnownShift) {
         for (int y = 0; y < h; ++y)
             for (int x = 0; x < w; ++x)
                 if (x - 3 >= 0 && y + 2 < h)
-                    std::copy_n(&img1[(static_cast<size_t>(y + 2) * w + x - 3) * B], B, &img2[(static_cast<size_t>(y) * w + x) * B]);
+                    std::copy_n(&img1[(static_cast<size_t>(y + 2) * w + x - 3) * B], B,
+                                &img2[(static_cast<size_t>(y) * w + x) * B]);
         Bytes a = img1, b = img2;
         GuardedImage dst(w, h, B);
         int dx = 99, dy = 99;
@@ -168,19 +172,26 @@ TEST(ShiftImg2BasedImg1, RecoversAKnownShift) {
 TEST(ShiftImg2BasedImg1, FirstMinimumWinsAndEmptySearchesKeepImg2) {
     Bytes flat1(20 * 10, 50), flat2(20 * 10, 50), dst(20 * 10);
     int dx = 0, dy = 0;
-    EXPECT_EQ(QelShiftImg2BasedImg1(flat1.data(), flat2.data(), dst.data(), 20, 10, false, 2, 1, tagRECT{0, 0, 19, 9}, &dx, &dy), 0);
+    EXPECT_EQ(QelShiftImg2BasedImg1(flat1.data(), flat2.data(), dst.data(), 20, 10, false, 2, 1, tagRECT{0, 0, 19, 9},
+                                    &dx, &dy),
+              0);
     EXPECT_EQ(std::make_pair(dx, dy), std::make_pair(-2, -1)) << "every shift ties; the first tried is kept";
     Bytes img1 = qel_test::random_grey(20, 10, 6), img2 = qel_test::random_grey(20, 10, 7);
     // A one-row window measures 0 everywhere (the difference leaves out its last row).
-    EXPECT_EQ(QelShiftImg2BasedImg1(img1.data(), img2.data(), dst.data(), 20, 10, false, 2, 1, tagRECT{0, 4, 19, 4}, &dx, &dy), 0);
+    EXPECT_EQ(QelShiftImg2BasedImg1(img1.data(), img2.data(), dst.data(), 20, 10, false, 2, 1, tagRECT{0, 4, 19, 4},
+                                    &dx, &dy),
+              0);
     EXPECT_EQ(std::make_pair(dx, dy), std::make_pair(-2, -1));
 
     // The window 5..14 × 3..6 shrunk by 6 rows each side is empty: nothing is tried.
-    EXPECT_EQ(QelShiftImg2BasedImg1(img1.data(), img2.data(), dst.data(), 20, 10, false, 1, 6, tagRECT{5, 3, 14, 6}, &dx, &dy), 0);
+    EXPECT_EQ(QelShiftImg2BasedImg1(img1.data(), img2.data(), dst.data(), 20, 10, false, 1, 6, tagRECT{5, 3, 14, 6},
+                                    &dx, &dy),
+              0);
     EXPECT_EQ(std::make_pair(dx, dy), std::make_pair(0, 0));
     EXPECT_EQ(dst, img2);
     // Negative limits try no shift either and return the starting value 3 rows · 4 columns · 255.
-    EXPECT_EQ(QelShiftImg2BasedImg1(img1.data(), img2.data(), dst.data(), 20, 10, false, -1, -1, tagRECT{2, 2, 5, 4}, &dx, &dy),
+    EXPECT_EQ(QelShiftImg2BasedImg1(img1.data(), img2.data(), dst.data(), 20, 10, false, -1, -1, tagRECT{2, 2, 5, 4},
+                                    &dx, &dy),
               3 * 4 * 255);
     EXPECT_EQ(dst, img2);
 }
@@ -210,7 +221,8 @@ TEST(Paste, GreyIntoRgbFillsAllThreeBytesAndRgbCopiesPixels) {
     Bytes grey = {10, 20, 30, 40}, rgb = qel_test::random_bgr(2, 2, 9);
     GuardedImage big(3, 3, 3, 1);
     QelPasteGryImg2RGBImg(grey.data(), 2, 2, big.data(), 3, 3, 1, 1);
-    EXPECT_EQ(contents(big, 27), (Bytes{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 10, 10, 10, 20, 20, 20, 1, 1, 1, 30, 30, 30, 40, 40, 40}));
+    EXPECT_EQ(contents(big, 27),
+              (Bytes{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 10, 10, 10, 20, 20, 20, 1, 1, 1, 30, 30, 30, 40, 40, 40}));
     QelPasteRGBImg2ResImg(rgb.data(), 2, 2, big.data(), 3, 3, 2, 0);
     const Bytes out = contents(big, 27);
     EXPECT_EQ(Bytes(out.begin() + 6, out.begin() + 9), Bytes(rgb.begin(), rgb.begin() + 3));
