@@ -30,7 +30,7 @@ struct Report {
     std::string file;
     std::string output;
     std::string error;  // why the file could not be read; nothing else is set then
-    cli::Image image;   // only its size and kind are reported
+    cli::Image image;   // only its size and kind are kept (the pixels are dropped once written)
     cli::InspectResult result;
 };
 
@@ -98,6 +98,9 @@ Report inspectFile(const std::string& in, const std::string& out, const cli::Ins
     report.result = cli::inspect(report.image, options);
     cli::saveImage(report.result.annotated, out);
     report.output = out;
+    // A directory run keeps every report until the end: without their pixels.
+    std::vector<unsigned char>().swap(report.image.pixels);
+    std::vector<unsigned char>().swap(report.result.annotated.pixels);
     return report;
 }
 
