@@ -22,10 +22,13 @@ void printOverview() {
                  "       qel --version\n\n"
                  "Images are read from BMP (uncompressed 8-bit and 24-bit), PNG and JPEG files, and\n"
                  "written as BMP or PNG, as the output's extension says.\n\ncommands:\n";
-    // Files and formats first, then the operations alphabetically.
+    // The main job first, then files and formats, then the operations alphabetically.
     std::vector<const cli::Command*> sorted;
     for (const auto& c : cli::commands()) sorted.push_back(&c);
-    auto rank = [](const cli::Command* c) { return std::string(c->name) == "info" ? 0 : std::string(c->name) == "convert" ? 1 : 2; };
+    auto rank = [](const cli::Command* c) {
+        const std::string name = c->name;
+        return name == "inspect" ? 0 : name == "info" ? 1 : name == "convert" ? 2 : 3;
+    };
     std::sort(sorted.begin(), sorted.end(), [&](const cli::Command* a, const cli::Command* b) {
         return rank(a) != rank(b) ? rank(a) < rank(b) : std::string(a->name) < std::string(b->name);
     });
