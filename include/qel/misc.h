@@ -112,7 +112,109 @@ QEL_API void QelGetRGBRectAvr(unsigned char* rgb, unsigned char* mask, int width
                               int y0, int y1, int* r, int* g, int* b);
 
 // ==== Split-and-merge segmentation ====
+// A threshold swept over the grey levels cuts the image into nested regions: each level's outer
+// contours that are large enough become records, and the records of successive levels are merged
+// into one tree, a region being split when it breaks into several parts that together keep enough
+// of its area. The tree is a singly linked list of records in ascending order of area, each naming
+// its parent by id.
+
+/// One region of a split-and-merge tree: twelve 32-bit fields (on 32-bit platforms) in this order.
+struct RegionStruct {
+    int x;                 ///< start column of the region's outer contour
+    int y;                 ///< start row of the region's outer contour
+    int chainLength;       ///< number of codes in chain
+    unsigned char* chain;  ///< the contour's chain codes, owned by the record
+    int area;              ///< area of the region (QelAreaAndPerimeter); the list's order key
+    int perimeter;         ///< perimeter (QelAreaAndPerimeter)
+    int level;             ///< 255 − the threshold that found it, on the caller's grey scale
+    int enclosingId;       ///< id of the smallest region of the same level containing it, −1 if none
+    int id;                ///< running number from 0, unique within one call
+    int parentId;          ///< id of the region of an earlier level containing it, −1 for a root
+    int childArea;         ///< the area, replaced by its only child's area while it has exactly one
+    RegionStruct* next;    ///< next record, null at the end
+};
+
+/// Split-and-merge segmentation of a grey image. The image is inverted in place (v := 255 − v)
+/// and its frame set to 0, and stays so on return. With s = trunc(sqrt(minArea)), levels t run
+/// from the first t ≥ 1 at which the inverted image's levels 1..t hold more than s pixels, up to
+/// 255 − minContrast. At each level the pixels above t form a binary image whose outer contours
+/// of more than s codes and area ≥ minArea become records (level 255 − t); the first level with
+/// records starts the tree, later levels are merged into it: a new region inside exactly one
+/// child-less continuation of a tree region only updates its childArea, several new regions inside
+/// one tree region are added as its children, and that region is removed (its children going to
+/// its parent) when their total area over its childArea exceeds splitRatio. work holds width ×
+/// height bytes of binary image followed by width × height bytes of chain codes. Returns the head
+/// of a new list, to be released with QelFreeRegionStruct; null when no region is found (a
+/// uniform image, minContrast ≥ 255, width or height ≤ 0). A region whose record or chain cannot
+/// be allocated is left out.
+QEL_API RegionStruct* QelMergeSplit(unsigned char* grey, unsigned char* work, int width, int height, int minArea,
+                                    int minContrast, double splitRatio);
+
+/// Releases a list from QelMergeSplit: every record's chain, then the record. Accepts null.
+QEL_API void QelFreeRegionStruct(RegionStruct* list);
 
 // ==== One-dimensional data utilities ====
+// Small functions over caller-owned arrays of n int or double values (profiles, projections,
+// histograms). Nothing is allocated and nothing is kept between calls.
+
+/// Moving mean over windows of m = 2·|half| + 1 samples, divided as integers: out[i] = the sum of
+/// in[i − half .. i + half] / m where the window fits; out[0..half] repeat the first full window's
+/// mean and the outputs after the last full window repeat its mean. half = 0 copies in. n < m
+/// writes nothing.
+QEL_API void Qel1DAverageFilter(int* in, int n, int half, int* out);
+
+/// Moving majority of a 0/1 sequence over the windows of Qel1DAverageFilter: out[i] = 1 when more
+/// than half of the window's samples are 1 (2·sum > m), else 0; the ends repeat the first and last
+/// full windows. n < m writes nothing.
+QEL_API void QelBin1DMedianFilter(int* in, int n, int half, int* out);
+
+/// Returns the largest value; mean from a sum in doubles, dev = sqrt(Σ(v − mean)² / n). n ≤ 0
+/// returns 0 with mean and dev 0.
+QEL_API int QelDataAvrAndDevAndReturnMax(int* data, int n, double* mean, double* dev);
+
+/// Returns the integer sum (wrapping past 32 bits); mean = sum / n (in doubles, from the exact
+/// sum), dev = sqrt(Σ(v − mean)² / n). n ≤ 0 returns 0 with mean and dev 0.
+QEL_API int QelDataAvrAndDevAndReturnSum(int* data, int n, double* mean, double* dev);
+
+/// Mean and mean absolute deviation Σ|v − mean| / n. n ≤ 0 gives 0 and 0.
+QEL_API void QelDataAvrAndDif(int* data, int n, double* mean, double* meanAbsDev);
+
+/// Index of the first largest value; 0 when n ≤ 0.
+QEL_API int QelDataMaxDataPos(int* data, int n);
+
+/// The largest value; 0 when n ≤ 0.
+QEL_API int QelDataMaxDataValue(int* data, int n);
+
+/// The window of w samples with the largest sum: maxMean = sum / w, pos = its start + w / 2 +
+/// ties / 2, ties counting every later window of the same sum (adjacent or not), so a run of
+/// equal windows reports its middle. false with outputs 0 when n is 0, n < w or w < 1.
+QEL_API bool QelDataMaxAvrAndPosInMovingWindow(int* data, int n, int w, double* maxMean, int* pos);
+
+/// The window of w samples with the largest sum of squared deviations from its own mean (the
+/// first of equals): maxDev = sqrt(that sum / w), pos = its start + w / 2. false with outputs 0
+/// when n is 0, n < w or w < 1.
+QEL_API bool QelDataMaxDevAndPosInMovingWindow(double* data, int n, int w, double* maxDev, int* pos);
+
+/// The window of w samples with the largest max − min (the first of equals; a window must exceed
+/// 0 to win, else start 0 stands): maxRange is that range, pos = its start + w / 2. false with
+/// outputs 0 when n is 0, n < w or w < 1.
+QEL_API bool QelDataMaxDifAndPosInMovingWindow(double* data, int n, int w, double* maxRange, int* pos);
+
+/// Resamples nIn values to nOut by linear interpolation at t = i · (nIn − 1) / (nOut − 1):
+/// out[i] = trunc(in[j + 1] · f + (1 − f) · in[j]) with j = trunc(t), f = t − j. The last output
+/// reads in[nIn] (with weight 0 when t lands exactly on nIn − 1), so in must have nIn + 1
+/// readable elements. false, writing nothing, unless nIn ≥ 2 and nOut ≥ 2.
+QEL_API bool QelDataLinearInterpolattion(int* in, int nIn, int* out, int nOut);
+
+/// Up to maxPeaks peaks, highest first: each is the largest sample not yet excluded, widened to
+/// the run of equal, not excluded neighbours on both sides and placed at the run's middle; the
+/// samples within half of that place are then excluded. The first maxPeaks entries of both
+/// outputs are zeroed first and stay 0 once every sample is excluded. n > 4096 returns false
+/// (after the zeroing).
+QEL_API bool QelDataFindPeaks(double* data, int n, int half, double* peakValues, int* peakPos, int maxPeaks);
+
+/// Keeps, in order and in place, the (value, weight) pairs with minWeight ≤ weight ≤ maxWeight,
+/// zeroes both arrays from the new count to n − 1 and returns the count.
+QEL_API int QelpDataDeleteByWeightReturnNum(int* values, int* weights, int n, int minWeight, int maxWeight);
 
 #endif  // QEL_MISC_H
