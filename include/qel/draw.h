@@ -187,4 +187,72 @@ QEL_API void QelDrawCircle(unsigned char* img, int width, int height, int cx, in
 QEL_API void QelDrawPolygon(unsigned char* img, int width, int height, int* xs, int* ys, int n, int dx, int dy,
                             int grey);
 
+// ==== Text and digit rendering ====
+// Digits come from a ten-glyph table built into the library (9 rows of 8 pixels each); other
+// characters of a digit text are skipped without moving the pen. Font texts are strings of
+// two-byte GB2312 codes, drawn from the 16 x 16 bitmap font "hzk16.dat" found beside the running
+// program (the environment variable QEL_FONT_FILE, when set, names another file to use).
+// Glyph pixels that fall outside the image are skipped; callers keep texts inside the image.
+// Grey values and colour components are stored as their low byte.
+
+/// Digits of `text` at (x, y), each glyph 8 x 9 pixels with set bits written in grey and clear
+/// bits left as they are. x and y below 0 count as 0; nothing is drawn when x > width - 9 or
+/// y > height - 1. Glyphs are cut off at the bottom row. After each digit the pen moves by
+/// 8 + spacing and stops once x > width - 9. Returns the pen's final x.
+QEL_API int QelSetNumberString2GryImg(unsigned char* img, int width, int height, int x, int y, int spacing, int grey,
+                                      char* text);
+
+/// QelSetNumberString2GryImg on an RGB image, refused when y > height - 11. A set bit writes c0, c1,
+/// c2 to bytes 0, 1, 2 of the pixel (c0 lands in the blue byte, unlike the other drawing
+/// functions); a clear bit writes 0, 0, 0, so the glyph's background is black.
+QEL_API int QelSetNumberString2RGBImg(unsigned char* img, int width, int height, int x, int y, int spacing,
+                                      unsigned char c0, unsigned char c1, unsigned char c2, char* text);
+
+/// Digits doubled: every glyph pixel becomes a 2 x 2 block, foreground where the bit is set and
+/// background where it is clear, so each digit paints 16 x 18 pixels. x and y below 0 count as 0;
+/// nothing is drawn when x > width - 17 or y > height - 21. The pen moves by 16 + spacing and stops
+/// once x > width - 17. Returns the pen's final x.
+QEL_API int QelSetNumberString20x16GryImg(unsigned char* img, int width, int height, int x, int y, int spacing,
+                                          int background, int foreground, char* text);
+
+/// QelSetNumberString20x16GryImg on an RGB image, with the same limits; colours are given as red,
+/// green, blue.
+QEL_API int QelSetNumberString20x16RGBImg(unsigned char* img, int width, int height, int x, int y, int spacing,
+                                          int backgroundR, int backgroundG, int backgroundB, int foregroundR,
+                                          int foregroundG, int foregroundB, char* text);
+
+/// Two-byte codes of `text` drawn as 16 x 16 font glyphs at (x, y), foreground on set bits and
+/// background on clear ones. After each glyph x += 16 + spacing; when x > width - 17 the pen
+/// returns to x = 0 and moves down 16 rows, unless y + 16 >= height, which ends the text. Returns
+/// false, drawing nothing, when y >= height - 16 or the font file cannot be opened.
+QEL_API bool QelDrawChineseString16x16(unsigned char* img, int width, int height, int x, int y, int spacing,
+                                       int background, int foreground, char* text);
+
+/// QelDrawChineseString16x16 on an RGB image (colours as red, green, blue). It is refused already
+/// when y >= height - 20, a larger margin than the grey form's.
+QEL_API bool QelDrawChineseString16x16(unsigned char* img, int width, int height, int x, int y, int spacing,
+                                       int backgroundR, int backgroundG, int backgroundB, int foregroundR,
+                                       int foregroundG, int foregroundB, char* text);
+
+/// Font glyphs doubled to 32 x 32, every glyph pixel a 2 x 2 block. Refused when y >= height - 32;
+/// the pen moves by 32 + spacing, returns to x = 0 when x > width - 33 and moves down 32 rows
+/// unless y + 32 >= height.
+QEL_API bool QelDrawChineseString32x32(unsigned char* img, int width, int height, int x, int y, int spacing,
+                                       int background, int foreground, char* text);
+
+/// QelDrawChineseString32x32 on an RGB image, with the grey form's margin and pen rules.
+QEL_API bool QelDrawChineseString32x32(unsigned char* img, int width, int height, int x, int y, int spacing,
+                                       int backgroundR, int backgroundG, int backgroundB, int foregroundR,
+                                       int foregroundG, int foregroundB, char* text);
+
+/// Full-width form of an ASCII text: every byte below 128 becomes 0xA3 followed by the byte + 128
+/// ('0' becomes 0xA3 0xB0), bytes from 128 up are copied. `out` must hold twice the length of
+/// `in` plus the terminating zero it receives.
+QEL_API void QelChar2Wide(char* in, char* out);
+
+/// Qel's own mark, 35 x 20 pixels drawn as 82 horizontal runs with its top-left corner at (x, y):
+/// in grey 250, or on an RGB image (isRGB) in red 250 (blue 0, green 0). A run that does not lie
+/// wholly inside the image is skipped.
+QEL_API void QelSetPrivateLogo(unsigned char* img, int width, int height, bool isRGB, int x, int y);
+
 #endif  // QEL_DRAW_H

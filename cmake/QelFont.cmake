@@ -1,0 +1,116 @@
+# The 16 x 16 bitmap font "hzk16.dat" read by the font-text functions, generated at build time from
+# GNU Unifont (Debian package unifont) by tools/fontgen, which maps GB2312 codes to Unicode with
+# iconv(3). The library looks for the font beside the running program, so the build copies it
+# beside the qel tool and the test programs, and installs it beside the tool.
+#
+# Without Unifont, or without an iconv that converts GB2312 (Windows has none), the font is not
+# made: configuring warns, everything else builds, and the font-text functions return false until a
+# hzk16.dat is placed beside the program.
+set(QEL_UNIFONT_HEX /usr/share/unifont/unifont.hex CACHE FILEPATH "GNU Unifont hex file the font is generated from")
+
+function(qel_font_skipped why)
+  message(WARNING "hzk16.dat will not be generated: ${why}. The library builds, but its font-text "
+                  "functions (QelDrawChineseString16x16/32x32) return false until a hzk16.dat is "
+                  "placed beside the program.")
+endfunction()
+
+function(qel_setup_font)
+  if(NOT EXISTS "${QEL_UNIFONT_HEX}")
+    qel_font_skipped("GNU Unifont was not found at ${QEL_UNIFONT_HEX} (Debian: apt-get install unifont; "
+                     "scripts/deps.sh installs it; or set QEL_UNIFONT_HEX)")
+    return()
+  endif()
+  if(CMAKE_CROSSCOMPILING)
+    qel_font_skipped("the font generator must run on the build machine, and this is a cross build")
+    return()
+  endif()
+  find_package(Iconv QUIET)
+  if(NOT Iconv_FOUND)
+    qel_font_skipped("no iconv(3) was found to map GB2312 codes to Unicode")
+    return()
+  endif()
+  # The converter is a run-time module of the C library: only running it shows that it is there.
+  include(CheckCXXSourceRuns)
+  set(CMAKE_REQUIRED_INCLUDES ${Iconv_INCLUDE_DIRS})
+  set(CMAKE_REQUIRED_LIBRARIES ${Iconv_LIBRARIES})
+  set(CMAKE_REQUIRED_QUIET ON)
+  check_cxx_source_runs([[
+    #include <iconv.h>
+    int main() {
+      iconv_t c = iconv_open("UCS-4LE", "GB2312");
+      if (c == (iconv_t)-1) return 1;
+      char in[2] = {(char)0xB0, (char)0xA1};  // U+554A
+      unsigned char out[4] = {0, 0, 0, 0};
+      char* ip = in; char* op = (char*)out;
+      size_t il = 2, ol = 4;
+      if (iconv(c, &ip, &il, &op, &ol) == (size_t)-1) return 1;
+      return (out[0] == 0x4A && out[1] == 0x55 && out[2] == 0 && out[3] == 0) ? 0 : 1;
+    }]] QEL_ICONV_HAS_GB2312)
+  if(NOT QEL_ICONV_HAS_GB2312)
+    qel_font_skipped("this system's iconv(3) cannot convert GB2312 to UCS-4LE")
+    return()
+  endif()
+
+  add_executable(qel_fontgen ${PROJECT_SOURCE_DIR}/tools/fontgen/fontgen.cpp)
+  target_include_directories(qel_fontgen PRIVATE ${Iconv_INCLUDE_DIRS})
+  target_link_libraries(qel_fontgen PRIVATE ${Iconv_LIBRARIES})
+  qel_set_warnings(qel_fontgen)
+
+  set(font ${PROJECT_BINARY_DIR}/font/hzk16.dat)
+  add_custom_command(OUTPUT ${font}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/font
+    COMMAND qel_fontgen ${QEL_UNIFONT_HEX} ${font}
+    DEPENDS qel_fontgen ${QEL_UNIFONT_HEX}
+    COMMENT "Generating hzk16.dat from GNU Unifont"
+    VERBATIM)
+
+  # One copy in each directory that holds a program using the font.
+  set(programs)
+  if(TARGET qel_tool)
+    list(APPEND programs qel_tool)
+  endif()
+  if(QEL_BUILD_TESTS)
+    get_property(testTargets DIRECTORY ${PROJECT_SOURCE_DIR}/tests PROPERTY BUILDSYSTEM_TARGETS)
+    foreach(t IN LISTS testTargets)
+      get_target_property(type ${t} TYPE)
+      if(type STREQUAL "EXECUTABLE")
+        list(APPEND programs ${t})
+      endif()
+    endforeach()
+  endif()
+  get_property(multiConfig GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+  set(copies ${font})
+  foreach(program IN LISTS programs)
+    get_target_property(dir ${program} RUNTIME_OUTPUT_DIRECTORY)
+    if(NOT dir)
+      get_target_property(dir ${program} BINARY_DIR)
+    endif()
+    if(multiConfig AND NOT dir MATCHES "\\$<")
+      string(APPEND dir "/$<CONFIG>")
+    endif()
+    set(copy ${dir}/hzk16.dat)
+    if(program STREQUAL "qel_test_draw_text")
+      set(textTestFont ${copy})
+    endif()
+    if(NOT copy IN_LIST copies)
+      add_custom_command(OUTPUT ${copy}
+        COMMAND ${CMAKE_COMMAND} -E copy_if_different ${font} ${copy}
+        DEPENDS ${font}
+        VERBATIM)
+      list(APPEND copies ${copy})
+    endif()
+  endforeach()
+  add_custom_target(qel_font ALL DEPENDS ${copies})
+  foreach(program IN LISTS programs)
+    add_dependencies(${program} qel_font)
+  endforeach()
+  install(FILES ${font} DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+  # The text tests compare the font beside them with Unifont's own bitmaps.
+  if(textTestFont)
+    target_compile_definitions(qel_test_draw_text PRIVATE QEL_TEST_UNIFONT_HEX="${QEL_UNIFONT_HEX}"
+                                                          QEL_TEST_FONT_FILE="${textTestFont}")
+  endif()
+endfunction()
+
+qel_setup_font()
