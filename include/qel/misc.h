@@ -136,17 +136,18 @@ struct RegionStruct {
 
 /// Split-and-merge segmentation of a grey image. The image is inverted in place (v := 255 − v)
 /// and its frame set to 0, and stays so on return. With s = trunc(sqrt(minArea)), levels t run
-/// from the first t ≥ 1 at which the inverted image's levels 1..t hold more than s pixels, up to
-/// 255 − minContrast. At each level the pixels above t form a binary image whose outer contours
-/// of more than s codes and area ≥ minArea become records (level 255 − t); the first level with
-/// records starts the tree, later levels are merged into it: a new region inside exactly one
-/// child-less continuation of a tree region only updates its childArea, several new regions inside
-/// one tree region are added as its children, and that region is removed (its children going to
-/// its parent) when their total area over its childArea exceeds splitRatio. work holds width ×
-/// height bytes of binary image followed by width × height bytes of chain codes. Returns the head
-/// of a new list, to be released with QelFreeRegionStruct; null when no region is found (a
-/// uniform image, minContrast ≥ 255, width or height ≤ 0). A region whose record or chain cannot
-/// be allocated is left out.
+/// from the first t ≥ 1 at which the inverted image's levels 1..t (frame included) hold more than
+/// s pixels, up to 255 − minContrast. At each level the pixels above t form a binary image whose
+/// outer contours of more than s codes and area ≥ minArea become records of level 255 − t. The
+/// first level with records becomes the tree; each later level is merged into it: a tree region
+/// that holds exactly one of the new regions keeps its record and takes that region's area as its
+/// childArea; one that holds several gets them all as new records, and is removed (its children
+/// passing to its parent) when their total area over its childArea exceeds splitRatio; new regions
+/// outside every tree region, or inside a region of their own level within the same tree region,
+/// are added too. work holds width × height bytes of binary image followed by width × height
+/// bytes of chain codes. Returns the head of a new list, to be released with
+/// QelFreeRegionStruct; null when no region is found (a uniform image, minContrast ≥ 255, width
+/// or height ≤ 0). A region whose record or chain cannot be allocated is left out.
 QEL_API RegionStruct* QelMergeSplit(unsigned char* grey, unsigned char* work, int width, int height, int minArea,
                                     int minContrast, double splitRatio);
 
