@@ -191,11 +191,13 @@ bool QelDataLinearInterpolattion(int* in, int nIn, int* out, int nOut) {
     const double step = static_cast<double>(nIn - 1) / (nOut - 1);
     for (int i = 0; i < nOut; ++i) {
         const double t = i * step;
-        const int j = static_cast<int>(t);
+        const int j = std::min(static_cast<int>(t), nIn - 1);
         const double f = t - j;
-        // At the last output j is nIn − 1 and in[nIn], one past the data, is read with weight 0
-        // (or next to it where the step rounds up): callers provide that element.
-        out[i] = static_cast<int>(in[j + 1] * f + (1 - f) * in[j]);
+        // At the last output j is nIn − 1 and the formula's right neighbour lies one past the
+        // data, with weight 0 (or next to it where the step rounds up); it is taken as 0 rather
+        // than read.
+        const int right = j + 1 < nIn ? in[j + 1] : 0;
+        out[i] = static_cast<int>(right * f + (1 - f) * in[j]);
     }
     return true;
 }

@@ -92,10 +92,10 @@ TEST(Data1D, MovingWindowMaxima) {
     }
 }
 
-// Resamples in, given one element past its data as the contract asks, to nOut values.
-Ints resampled(Ints in, int nOut, int pastEnd = 12345) {
+// Resamples in, held in a buffer of exactly its size (the sanitizer build catches a read past it),
+// to nOut values.
+Ints resampled(Ints in, int nOut) {
     const int nIn = static_cast<int>(in.size());
-    in.push_back(pastEnd);
     Ints out(nOut, -1);
     EXPECT_TRUE(QelDataLinearInterpolattion(in.data(), nIn, out.data(), nOut));
     return out;
@@ -106,7 +106,7 @@ TEST(Data1D, LinearInterpolation) {
     EXPECT_EQ(resampled({0, 10}, 4), (Ints{0, 3, 6, 10}));  // truncated, not rounded
     EXPECT_EQ(resampled({0, 10, 20, 30, 40}, 3), (Ints{0, 20, 40}));
     EXPECT_EQ(resampled({7, -3, 5}, 3), (Ints{7, -3, 5}));
-    EXPECT_EQ(resampled({4, 8}, 2, INT_MIN), resampled({4, 8}, 2, INT_MAX));  // read with weight 0
+    EXPECT_EQ(resampled({4, 8}, 2), (Ints{4, 8}));  // the element past the data is not read
     // 49 · (1 / 49) falls just short of 1: the last of 50 outputs is trunc(9.999…) = 9.
     EXPECT_EQ(resampled({0, 10}, 50).back(), 9);
     Ints in = {1, 2, 3}, out = {-1, -1, -1};
