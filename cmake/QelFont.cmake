@@ -8,7 +8,8 @@
 # hzk16.dat is placed beside the program.
 set(QEL_UNIFONT_HEX /usr/share/unifont/unifont.hex CACHE FILEPATH "GNU Unifont hex file the font is generated from")
 
-function(qel_font_skipped why)
+function(qel_font_skipped)
+  string(JOIN "" why ${ARGV})
   message(WARNING "hzk16.dat will not be generated: ${why}. The library builds, but its font-text "
                   "functions (QelDrawChineseString16x16/32x32) return false until a hzk16.dat is "
                   "placed beside the program.")
@@ -16,8 +17,8 @@ endfunction()
 
 function(qel_setup_font)
   if(NOT EXISTS "${QEL_UNIFONT_HEX}")
-    qel_font_skipped("GNU Unifont was not found at ${QEL_UNIFONT_HEX} (Debian: apt-get install unifont; "
-                     "scripts/deps.sh installs it; or set QEL_UNIFONT_HEX)")
+    qel_font_skipped("GNU Unifont was not found at ${QEL_UNIFONT_HEX} (Debian package unifont, which "
+                     "scripts/deps.sh installs, or set QEL_UNIFONT_HEX to its unifont.hex)")
     return()
   endif()
   if(CMAKE_CROSSCOMPILING)

@@ -133,16 +133,18 @@ int write_digits(const char* text, int x, int y, int spacing, const DigitLimits&
     return x;
 }
 
-// Natural size: glyph pixel (c, r) at (x + c, y + r). Glyphs are cut off at the bottom row.
+// Natural size: glyph pixel (c, r) at (x + c, y + r). Glyphs are cut off at the bottom row. The
+// pen needs 9 columns although a glyph is 8 wide.
 DigitLimits natural_limits(int width, int height, int lastRowMargin) {
     return {kGlyphCols, int64_t{width} - 9, int64_t{height} - lastRowMargin};
 }
 
-// Doubled: glyph pixel (c, r) covers columns x + 2c, x + 2c + 1 and rows y + 2r, y + 2r + 1.
+// Doubled: glyph pixel (c, r) covers columns x + 2c, x + 2c + 1 and rows y + 2r, y + 2r + 1. A digit
+// paints 16 x 18 pixels, but the limits keep room for 17 columns and 21 rows.
 DigitLimits doubled_limits(int width, int height) { return {2 * kGlyphCols, int64_t{width} - 17, int64_t{height} - 21}; }
 
 template <class Pen>
-int digits(unsigned char* img, int width, int height, int x, int y, int spacing, const DigitLimits& limits,
+int digits(int width, int height, int x, int y, int spacing, const DigitLimits& limits,
            int scale, const Pen& ink, const Pen* paper, const char* text) {
     return write_digits(text, x, y, spacing, limits, [&](const unsigned char* glyph, int gx, int gy) {
         qel::draw::draw_glyph(ink, paper, width, height, gx, gy, kGlyphRows, kGlyphCols, scale,
@@ -156,7 +158,7 @@ int QelSetNumberString2GryImg(unsigned char* img, int width, int height, int x, 
                               char* text) {
     const GreyPen ink(img, width, grey);
     const GreyPen* transparent = nullptr;
-    return digits(img, width, height, x, y, spacing, natural_limits(width, height, 1), 1, ink, transparent, text);
+    return digits(width, height, x, y, spacing, natural_limits(width, height, 1), 1, ink, transparent, text);
 }
 
 int QelSetNumberString2RGBImg(unsigned char* img, int width, int height, int x, int y, int spacing,
@@ -165,14 +167,14 @@ int QelSetNumberString2RGBImg(unsigned char* img, int width, int height, int x, 
     // red-first colours of every other drawing function. The background is painted black.
     const BgrPen ink(img, width, c2, c1, c0);
     const BgrPen black(img, width, 0, 0, 0);
-    // The RGB form keeps ten rows clear at the bottom where the grey form needs none.
-    return digits(img, width, height, x, y, spacing, natural_limits(width, height, 11), 1, ink, &black, text);
+    // The RGB form refuses to start in the bottom ten rows, where the grey form only needs y inside.
+    return digits(width, height, x, y, spacing, natural_limits(width, height, 11), 1, ink, &black, text);
 }
 
 int QelSetNumberString20x16GryImg(unsigned char* img, int width, int height, int x, int y, int spacing,
                                   int background, int foreground, char* text) {
     const GreyPen ink(img, width, foreground), paper(img, width, background);
-    return digits(img, width, height, x, y, spacing, doubled_limits(width, height), 2, ink, &paper, text);
+    return digits(width, height, x, y, spacing, doubled_limits(width, height), 2, ink, &paper, text);
 }
 
 int QelSetNumberString20x16RGBImg(unsigned char* img, int width, int height, int x, int y, int spacing,
@@ -180,5 +182,5 @@ int QelSetNumberString20x16RGBImg(unsigned char* img, int width, int height, int
                                   int foregroundB, char* text) {
     const BgrPen ink(img, width, foregroundR, foregroundG, foregroundB);
     const BgrPen paper(img, width, backgroundR, backgroundG, backgroundB);
-    return digits(img, width, height, x, y, spacing, doubled_limits(width, height), 2, ink, &paper, text);
+    return digits(width, height, x, y, spacing, doubled_limits(width, height), 2, ink, &paper, text);
 }

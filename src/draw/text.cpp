@@ -100,7 +100,7 @@ bool draw_text(int width, int height, int x, int y, int spacing, const TextLayou
 }
 
 constexpr TextLayout kGrey16{1, 16};
-constexpr TextLayout kRGB16{1, 20};  // four rows more margin than the grey form, as callers expect
+constexpr TextLayout kRGB16{1, 20};  // deliberately four rows more than the grey form
 constexpr TextLayout kDoubled{2, 32};
 
 }  // namespace

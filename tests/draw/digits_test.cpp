@@ -95,7 +95,7 @@ TEST(Digits, RGBWritesItsBytesInArgumentOrderOnABlackCell) {
             else
                 EXPECT_EQ(px, (Bytes{77, 77, 77})) << x << "," << y;
         }
-    // The RGB form needs ten more rows below the text than the grey form.
+    // y = 10 > h − 11: refused, where the grey form would still draw.
     Bytes untouched(img);
     EXPECT_EQ(QelSetNumberString2RGBImg(img.data(), w, h, 3, 10, 0, 1, 2, 3, &text[0]), 3);
     EXPECT_EQ(img, untouched);

@@ -23,32 +23,24 @@ using Record = std::array<unsigned char, 32>;
 
 // ---- a small font of our own, named by QEL_FONT_FILE for the length of a test ----------------------
 
-void set_env(const char* name, const char* value) {  // null value: unset
-#if defined(_WIN32)
-    _putenv_s(name, value != nullptr ? value : "");
-#else
-    if (value != nullptr)
-        setenv(name, value, 1);
-    else
-        unsetenv(name);
-#endif
-}
-
+// Sets QEL_FONT_FILE (or unsets it, for null) for the life of the object.
 class FontOverride {
 public:
-    explicit FontOverride(const char* path) {
-        const char* old = std::getenv("QEL_FONT_FILE");
-        had_ = old != nullptr;
-        if (had_) saved_ = old;
-        set_env("QEL_FONT_FILE", path);
-    }
-    ~FontOverride() { set_env("QEL_FONT_FILE", had_ ? saved_.c_str() : nullptr); }
+    explicit FontOverride(const char* path) : old_(std::getenv(kVar) ? std::getenv(kVar) : "") { set(path); }
+    ~FontOverride() { set(old_.empty() ? nullptr : old_.c_str()); }
     FontOverride(const FontOverride&) = delete;
     FontOverride& operator=(const FontOverride&) = delete;
 
 private:
-    bool had_ = false;
-    std::string saved_;
+    static constexpr const char* kVar = "QEL_FONT_FILE";
+    static void set(const char* value) {
+#if defined(_WIN32)
+        _putenv_s(kVar, value != nullptr ? value : "");
+#else
+        value != nullptr ? setenv(kVar, value, 1) : unsetenv(kVar);
+#endif
+    }
+    std::string old_;
 };
 
 Record record_of_rows(const std::array<uint16_t, 16>& rows) {
@@ -58,22 +50,15 @@ Record record_of_rows(const std::array<uint16_t, 16>& rows) {
 }
 
 // A1A1 a diagonal, A1A2 an "L"; the file ends half way through A2A1, whose rows 0..7 are all set.
-Record diagonal() {
+template <class RowBits>
+Record make_record(RowBits bits) {
     std::array<uint16_t, 16> rows{};
-    for (int r = 0; r < 16; ++r) rows[r] = static_cast<uint16_t>(0x8000 >> r);
+    for (int r = 0; r < 16; ++r) rows[r] = static_cast<uint16_t>(bits(r));
     return record_of_rows(rows);
 }
-Record ell() {
-    std::array<uint16_t, 16> rows{};
-    rows.fill(0x8000);
-    rows[15] = 0xFFFF;
-    return record_of_rows(rows);
-}
-Record half_set() {
-    std::array<uint16_t, 16> rows{};
-    for (int r = 0; r < 8; ++r) rows[r] = 0xFFFF;
-    return record_of_rows(rows);
-}
+Record diagonal() { return make_record([](int r) { return 0x8000 >> r; }); }
+Record ell() { return make_record([](int r) { return r == 15 ? 0xFFFF : 0x8000; }); }
+Record half_set() { return make_record([](int r) { return r < 8 ? 0xFFFF : 0; }); }
 const Record kBlank{};
 
 class SmallFont : public ::testing::Test {
@@ -150,36 +135,39 @@ TEST_F(SmallFont, GlyphsPaintTheirWholeCell) {
     expect_rgb_matches(grey_text(40, 40, 3, 7, 0, "\xA1\xA2", true, &ok), 40, 40, 3, 7, 0, "\xA1\xA2", true);
 }
 
+// The four font forms on a 40-wide image of height h, each with the margin it needs below y.
+using Form = bool (*)(unsigned char* img, int h, int y, char* text);
+const std::pair<Form, int> kForms[] = {
+    {[](unsigned char* i, int h, int y, char* t) { return QelDrawChineseString16x16(i, 40, h, 0, y, 0, 1, 2, t); }, 16},
+    {[](unsigned char* i, int h, int y, char* t) {
+         return QelDrawChineseString16x16(i, 40, h, 0, y, 0, 1, 2, 3, 4, 5, 6, t);
+     },
+     20},  // the RGB form keeps four rows more
+    {[](unsigned char* i, int h, int y, char* t) { return QelDrawChineseString32x32(i, 40, h, 0, y, 0, 1, 2, t); }, 32},
+    {[](unsigned char* i, int h, int y, char* t) {
+         return QelDrawChineseString32x32(i, 40, h, 0, y, 0, 1, 2, 3, 4, 5, 6, t);
+     },
+     32}};
+
 TEST_F(SmallFont, RefusalMarginsLeaveTheImageUntouched) {
-    struct Case {
-        int h, y;
-        bool doubled, rgb, accepted;
-    };
-    // Grey 16 x 16 needs y < h − 16, its RGB form y < h − 20, both 32 x 32 forms y < h − 32.
-    const Case cases[] = {{18, 1, false, false, true}, {18, 2, false, false, false}, {22, 1, false, true, true},
-                          {22, 2, false, true, false}, {40, 7, true, false, true},   {40, 8, true, false, false},
-                          {40, 7, true, true, true},   {40, 8, true, true, false}};
-    for (const Case& c : cases) {
-        Bytes img(static_cast<size_t>(40) * c.h * 3, 77);
-        std::string text = "\xA1\xA1";
-        const bool ok = c.rgb ? (c.doubled ? QelDrawChineseString32x32(img.data(), 40, c.h, 0, c.y, 0, 1, 2, 3, 4, 5, 6,
-                                                                       &text[0])
-                                           : QelDrawChineseString16x16(img.data(), 40, c.h, 0, c.y, 0, 1, 2, 3, 4, 5, 6,
-                                                                       &text[0]))
-                              : (c.doubled ? QelDrawChineseString32x32(img.data(), 40, c.h, 0, c.y, 0, 1, 2, &text[0])
-                                           : QelDrawChineseString16x16(img.data(), 40, c.h, 0, c.y, 0, 1, 2, &text[0]));
-        EXPECT_EQ(ok, c.accepted) << "h " << c.h << ", y " << c.y << (c.rgb ? ", RGB" : "") << (c.doubled ? ", 32" : "");
-        EXPECT_EQ(qel_test::all_equal(img, 77), !c.accepted);
-    }
+    char text[] = "\xA1\xA1";
+    for (const auto& [draw, margin] : kForms)
+        for (int y : {50 - margin - 1, 50 - margin}) {
+            Bytes img(40 * 50 * 3, 77);
+            const bool ok = draw(img.data(), 50, y, text);
+            EXPECT_EQ(ok, y < 50 - margin) << "margin " << margin << ", y " << y;
+            EXPECT_EQ(qel_test::all_equal(img, 77), !ok);
+        }
 }
 
 TEST(FontText, MissingFontFileIsRefused) {
     const FontOverride none("/no/such/directory/hzk16.dat");
-    bool ok = true;
-    EXPECT_TRUE(qel_test::all_equal(grey_text(40, 40, 0, 0, 0, "\xA1\xA1", false, &ok), 77));
-    EXPECT_FALSE(ok);
-    EXPECT_TRUE(qel_test::all_equal(grey_text(40, 40, 0, 0, 0, "\xA1\xA1", true, &ok), 77));
-    EXPECT_FALSE(ok);
+    char text[] = "\xA1\xA1";
+    for (const auto& [draw, margin] : kForms) {
+        Bytes img(40 * 50 * 3, 77);
+        EXPECT_FALSE(draw(img.data(), 50, 0, text)) << "margin " << margin;
+        EXPECT_TRUE(qel_test::all_equal(img, 77));
+    }
 }
 
 TEST_F(SmallFont, PenWrapsToTheNextLineAndRunsPastTheBottomClipped) {
