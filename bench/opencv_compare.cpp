@@ -1,0 +1,302 @@
+// Qel side by side with OpenCV on a 1920 × 1080 frame, one thread each, in one process.
+//
+// Each pair runs alternately (Qel, OpenCV, Qel, ...) so that both see the same machine load; a
+// sample repeats the call until it has taken a few milliseconds, and the table shows the median of
+// seven samples per call and the ratio Qel time / OpenCV time (below 1.0: Qel is faster). Point
+// operations, whose cost is moving bytes, also show their bandwidth as a share of memcpy's on the
+// same number of bytes read plus written. The last line names the worst ratio.
+//
+// Usage: qel_opencv_compare [filter]   (only pairs whose name contains filter)
+#include "qel.h"
+
+#include "bench_images.h"
+
+#include <opencv2/core.hpp>
+#include <opencv2/core/utility.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using bench::kHeight;
+using bench::kWidth;
+
+constexpr int kSamples = 7;
+constexpr double kSampleSeconds = 0.004;
+
+struct Pair {
+    std::string name;
+    std::function<void()> qel;
+    std::function<void()> cv;
+    double bytes = 0;  // bytes read plus written by a point operation; 0 for the others
+};
+
+double seconds_of(const std::function<void()>& f, int repeats) {
+    const auto start = Clock::now();
+    for (int i = 0; i < repeats; ++i) f();
+    return std::chrono::duration<double>(Clock::now() - start).count() / repeats;
+}
+
+// Repeats needed for one sample to last about kSampleSeconds (after a warm-up call).
+int repeats_for(const std::function<void()>& f) {
+    const double once = std::max(seconds_of(f, 1), 1e-7);
+    return std::max(1, static_cast<int>(kSampleSeconds / once));
+}
+
+double median(std::vector<double> v) {
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+// Median seconds per call of a and b, sampled alternately.
+std::pair<double, double> time_alternating(const std::function<void()>& a, const std::function<void()>& b) {
+    const int ra = repeats_for(a);
+    const int rb = repeats_for(b);
+    std::vector<double> ta;
+    std::vector<double> tb;
+    for (int s = 0; s < kSamples; ++s) {
+        ta.push_back(seconds_of(a, ra));
+        tb.push_back(seconds_of(b, rb));
+    }
+    return {median(ta), median(tb)};
+}
+
+cv::Mat wrap(std::vector<unsigned char>& v, int rows, int cols, int type) { return cv::Mat(rows, cols, type, v.data()); }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::string filter = argc > 1 ? argv[1] : "";
+    cv::setNumThreads(1);
+    const int w = kWidth;
+    const int h = kHeight;
+    const size_t n = static_cast<size_t>(w) * h;
+
+    std::vector<unsigned char> grey = bench::frame(1);
+    std::vector<unsigned char> grey2 = bench::frame(1);
+    std::reverse(grey2.begin(), grey2.end());
+    std::vector<unsigned char> bgr = bench::frame(3);
+    std::vector<unsigned char> binary = bench::discs(400, 5, 60, 7, 3);
+    std::vector<unsigned char> out(n * 4);
+    std::vector<unsigned char> out2(n * 4);
+    std::vector<unsigned char> work(n * 4);
+
+    // Camera frames made by Qel itself so both libraries read the same bytes.
+    std::vector<unsigned char> i420(n * 3 / 2);
+    std::vector<unsigned char> nv12(n * 3 / 2);
+    std::vector<unsigned char> uyvy(n * 2);
+    QelRGB2YUV420P(bgr.data(), w, h, i420.data());
+    QelRGB2YUV420SP(bgr.data(), w, h, nv12.data());
+    QelRGB2CbYCrY(bgr.data(), w, h, uyvy.data());
+
+    cv::Mat mGrey = wrap(grey, h, w, CV_8UC1);
+    cv::Mat mGrey2 = wrap(grey2, h, w, CV_8UC1);
+    cv::Mat mBgr = wrap(bgr, h, w, CV_8UC3);
+    cv::Mat mBinary = wrap(binary, h, w, CV_8UC1);
+    cv::Mat mI420 = wrap(i420, h * 3 / 2, w, CV_8UC1);
+    cv::Mat mNv12 = wrap(nv12, h * 3 / 2, w, CV_8UC1);
+    cv::Mat mUyvy = wrap(uyvy, h, w, CV_8UC2);
+    cv::Mat cvOut;
+    cv::Mat cvOut2;
+    cv::Mat cvWork;
+    unsigned char* o = out.data();
+    unsigned char* o2 = out2.data();
+
+    std::vector<Pair> pairs;
+    const double g = static_cast<double>(n);
+    // Colour conversions.
+    pairs.push_back({"RGB2Gry / BGR2GRAY", [&] { QelRGB2Gry(bgr.data(), w, h, o); },
+                     [&] { cv::cvtColor(mBgr, cvOut, cv::COLOR_BGR2GRAY); }, 4 * g});
+    pairs.push_back({"RGB2YUV420P / BGR2YUV_I420", [&] { QelRGB2YUV420P(bgr.data(), w, h, o); },
+                     [&] { cv::cvtColor(mBgr, cvOut, cv::COLOR_BGR2YUV_I420); }, 4.5 * g});
+    pairs.push_back({"YUV420P2RGB / YUV2BGR_I420", [&] { QelYUV420P2RGB(i420.data(), w, h, o); },
+                     [&] { cv::cvtColor(mI420, cvOut, cv::COLOR_YUV2BGR_I420); }, 4.5 * g});
+    pairs.push_back({"YUV420SP2RGB / YUV2BGR_NV12", [&] { QelYUV420SP2RGB(nv12.data(), w, h, o); },
+                     [&] { cv::cvtColor(mNv12, cvOut, cv::COLOR_YUV2BGR_NV12); }, 4.5 * g});
+    pairs.push_back({"CbYCrY2RGB / YUV2BGR_UYVY", [&] { QelCbYCrY2RGB(uyvy.data(), w, h, o); },
+                     [&] { cv::cvtColor(mUyvy, cvOut, cv::COLOR_YUV2BGR_UYVY); }, 5 * g});
+    pairs.push_back({"YUV420P2Gry / YUV2GRAY_I420", [&] { QelYUV420P2Gry(i420.data(), w, h, o); },
+                     [&] { cv::cvtColor(mI420, cvOut, cv::COLOR_YUV2GRAY_I420); }, 2 * g});
+    pairs.push_back({"CbYCrY2Gry / YUV2GRAY_UYVY", [&] { QelCbYCrY2Gry(uyvy.data(), w, h, o); },
+                     [&] { cv::cvtColor(mUyvy, cvOut, cv::COLOR_YUV2GRAY_UYVY); }, 3 * g});
+    // Thresholds and histograms. Qel sets pixels >= T, OpenCV pixels > T.
+    pairs.push_back({"Threshold / threshold", [&] { QelThreshold(grey.data(), w, h, 100, o); },
+                     [&] { cv::threshold(mGrey, cvOut, 99, 255, cv::THRESH_BINARY); }, 2 * g});
+    pairs.push_back({"histogram+Otsu+threshold / THRESH_OTSU",
+                     [&] {
+                         int hist[256];
+                         QelGetHistogram(grey.data(), w, h, hist);
+                         QelThreshold(grey.data(), w, h, QelGetOtsuThreshold(hist, 256), o);
+                     },
+                     [&] { cv::threshold(mGrey, cvOut, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU); }});
+    pairs.push_back({"GetHistogram / calcHist",
+                     [&] {
+                         int hist[256];
+                         QelGetHistogram(grey.data(), w, h, hist);
+                     },
+                     [&] {
+                         const int channels[] = {0};
+                         const int size[] = {256};
+                         const float range[] = {0, 256};
+                         const float* ranges[] = {range};
+                         cv::calcHist(&mGrey, 1, channels, cv::Mat(), cvOut, 1, size, ranges);
+                     }});
+    // Window filters.
+    for (int half : {1, 2, 7}) {
+        const int k = 2 * half + 1;
+        const std::string size = std::to_string(k) + "x" + std::to_string(k);
+        pairs.push_back({"GryAverageFilterFast / blur " + size,
+                         [&, half] { QelGryAverageFilterFast(grey.data(), w, h, half, half, o); },
+                         [&, k] { cv::blur(mGrey, cvOut, cv::Size(k, k)); }});
+    }
+    for (int half : {1, 2}) {
+        const int k = 2 * half + 1;
+        const std::string size = std::to_string(k) + "x" + std::to_string(k);
+        pairs.push_back({"GryImgMedianBoundary0 / medianBlur " + size,
+                         [&, half] { QelGryImgMedianBoundary0(grey.data(), w, h, half, half, o); },
+                         [&, k] { cv::medianBlur(mGrey, cvOut, k); }});
+    }
+    const cv::Mat row3 = cv::getStructuringElement(cv::MORPH_RECT, cv::Size(3, 1));
+    const cv::Mat col3 = cv::getStructuringElement(cv::MORPH_RECT, cv::Size(1, 3));
+    const cv::Mat box3 = cv::getStructuringElement(cv::MORPH_RECT, cv::Size(3, 3));
+    pairs.push_back({"GryImgMaxFilter3xInRow / dilate 3x1",
+                     [&] { QelGryImgMaxFilter3xInRow(grey.data(), w, h, o); },
+                     [&] { cv::dilate(mGrey, cvOut, row3); }});
+    pairs.push_back({"GryImgMinFilter3xInRow / erode 3x1",
+                     [&] { QelGryImgMinFilter3xInRow(grey.data(), w, h, o); },
+                     [&] { cv::erode(mGrey, cvOut, row3); }});
+    pairs.push_back({"GryImgMaxFilter3xInCol / dilate 1x3",
+                     [&] { QelGryImgMaxFilter3xInCol(grey.data(), w, h, o); },
+                     [&] { cv::dilate(mGrey, cvOut, col3); }});
+    pairs.push_back({"GryImgMinFilter3xInCol / erode 1x3",
+                     [&] { QelGryImgMinFilter3xInCol(grey.data(), w, h, o); },
+                     [&] { cv::erode(mGrey, cvOut, col3); }});
+    pairs.push_back({"BinImgMaxFilter3x3 / dilate 3x3", [&] { QelBinImgMaxFilter3x3(binary.data(), w, h, o); },
+                     [&] { cv::dilate(mBinary, cvOut, box3); }});
+    pairs.push_back({"BinImgMinFilter3x3 / erode 3x3", [&] { QelBinImgMinFilter3x3(binary.data(), w, h, o); },
+                     [&] { cv::erode(mBinary, cvOut, box3); }});
+    // Sobel magnitude: OpenCV needs both derivatives, their absolute values and a saturating sum.
+    pairs.push_back({"GryImgSobel / Sobel |dx|+|dy|", [&] { QelGryImgSobel(grey.data(), w, h, o); },
+                     [&] {
+                         cv::Sobel(mGrey, cvOut, CV_16S, 1, 0);
+                         cv::Sobel(mGrey, cvOut2, CV_16S, 0, 1);
+                         cv::convertScaleAbs(cvOut, cvOut);
+                         cv::convertScaleAbs(cvOut2, cvOut2);
+                         cv::add(cvOut, cvOut2, cvOut);
+                     }});
+    // Contours: both trace a fresh copy of the disc image and list every boundary.
+    pairs.push_back({"GetContours / findContours",
+                     [&] {
+                         std::memcpy(o, binary.data(), n);
+                         QelFreeContours(QelGetContours(o, work.data(), w, h, 0, 0, 0));
+                     },
+                     [&] {
+                         std::memcpy(o2, binary.data(), n);
+                         std::vector<std::vector<cv::Point>> contours;
+                         cv::findContours(wrap(out2, h, w, CV_8UC1), contours, cv::RETR_LIST, cv::CHAIN_APPROX_NONE);
+                     }});
+    // Geometry.
+    pairs.push_back({"GryImgBilinearInterpolattionFast / resize LINEAR 1280x720",
+                     [&] { QelGryImgBilinearInterpolattionFast(grey.data(), w, h, o, 1280, 720); },
+                     [&] { cv::resize(mGrey, cvOut, cv::Size(1280, 720), 0, 0, cv::INTER_LINEAR); }});
+    pairs.push_back({"ShrinkGryImg2x2ByAvr / resize AREA 960x540",
+                     [&] { QelShrinkGryImg2x2ByAvr(grey.data(), w, h, o); },
+                     [&] { cv::resize(mGrey, cvOut, cv::Size(w / 2, h / 2), 0, 0, cv::INTER_AREA); }});
+    {
+        int rw = 0;
+        int rh = 0;
+        delete[] QelRotateImgByCCS(grey.data(), w, h, 17.0, &rw, &rh);
+        const cv::Mat m = cv::getRotationMatrix2D(cv::Point2f(0, 0), -17.0, 1.0);
+        pairs.push_back({"RotateImgByCCS / warpAffine NEAREST 17 deg",
+                         [&] {
+                             int nw = 0;
+                             int nh = 0;
+                             delete[] QelRotateImgByCCS(grey.data(), w, h, 17.0, &nw, &nh);
+                         },
+                         [&, m, rw, rh] { cv::warpAffine(mGrey, cvOut, m, cv::Size(rw, rh), cv::INTER_NEAREST); }});
+    }
+    pairs.push_back({"FlipVertical / flip 0", [&] { QelFlipVertical(grey.data(), w, h, false, o); },
+                     [&] { cv::flip(mGrey, cvOut, 0); }, 2 * g});
+    pairs.push_back({"FlipHorizontal (in place) / flip 1", [&] { QelFlipHorizontal(o, w, h); },
+                     [&] { cv::flip(mGrey, cvOut, 1); }, 2 * g});
+    pairs.push_back({"ImgRotate90DegreeCS / rotate 90 CW", [&] { QelImgRotate90DegreeCS(grey.data(), w, h, false, o); },
+                     [&] { cv::rotate(mGrey, cvOut, cv::ROTATE_90_CLOCKWISE); }});
+    pairs.push_back({"ImgRotate90DegreeCS RGB / rotate 90 CW",
+                     [&] { QelImgRotate90DegreeCS(bgr.data(), w, h, true, o); },
+                     [&] { cv::rotate(mBgr, cvOut, cv::ROTATE_90_CLOCKWISE); }});
+    // Hough lines over the same points: three lines of 600 points and 1000 scattered ones.
+    std::vector<int> xs;
+    std::vector<int> ys;
+    {
+        cv::Mat points = cv::Mat::zeros(h, w, CV_8UC1);
+        std::mt19937 rng(5);
+        for (int i = 0; i < 600; ++i) {
+            const int px[3] = {300 + i, 1000, 200 + i * 2};
+            const int py[3] = {200 + i / 2, 100 + i, 900 - i};
+            for (int k = 0; k < 3; ++k) {
+                xs.push_back(px[k]);
+                ys.push_back(py[k]);
+            }
+        }
+        for (int i = 0; i < 1000; ++i) {
+            xs.push_back(static_cast<int>(rng() % w));
+            ys.push_back(static_cast<int>(rng() % h));
+        }
+        for (size_t i = 0; i < xs.size(); ++i) points.at<unsigned char>(ys[i], xs[i]) = 255;
+        QelHoughLines_Initialize(w, h);
+        pairs.push_back({"HoughLines_HT + 2 GetNextLine / HoughLines",
+                         [&] {
+                             double a = 0, b = 0, c = 0;
+                             int rho = 0, theta = 0;
+                             QelHoughLines_HT(xs.data(), ys.data(), static_cast<int>(xs.size()), 0, 180, &a, &b, &c,
+                                              &rho, &theta);
+                             QelHoughLines_GetNextLine(10, 5, &a, &b, &c, &rho, &theta);
+                             QelHoughLines_GetNextLine(10, 5, &a, &b, &c, &rho, &theta);
+                         },
+                         [&, points] {
+                             std::vector<cv::Vec2f> lines;
+                             cv::HoughLines(points, lines, 1, CV_PI / 180, 200);
+                         }});
+    }
+    pairs.push_back({"DifferenceImg12 / absdiff",
+                     [&] { QelDifferenceImg12(grey.data(), grey2.data(), w, h, false, o); },
+                     [&] { cv::absdiff(mGrey, mGrey2, cvOut); }, 3 * g});
+
+    // memcpy of 3 × the grey frame, the physical limit of the point operations.
+    const size_t copyBytes = 3 * n;
+    const auto copy = [&] { std::memcpy(work.data(), bgr.data(), copyBytes); };
+    std::vector<double> copyTimes;
+    const int copyRepeats = repeats_for(copy);
+    for (int s = 0; s < kSamples; ++s) copyTimes.push_back(seconds_of(copy, copyRepeats));
+    const double copyRate = 2.0 * static_cast<double>(copyBytes) / median(copyTimes);
+
+    std::printf("Qel / OpenCV %s on %dx%d, one thread, median of %d alternating samples\n", CV_VERSION, w, h,
+                kSamples);
+    std::printf("memcpy: %.2f GB/s (read + written)\n\n", copyRate / 1e9);
+    std::printf("%-58s %10s %10s %7s %9s\n", "pair", "Qel ms", "OpenCV ms", "ratio", "% memcpy");
+    double worst = 0;
+    std::string worstName;
+    for (const Pair& p : pairs) {
+        if (p.name.find(filter) == std::string::npos) continue;
+        const auto [tq, tc] = time_alternating(p.qel, p.cv);
+        const double ratio = tq / tc;
+        if (ratio > worst) {
+            worst = ratio;
+            worstName = p.name;
+        }
+        char share[32] = "";
+        if (p.bytes > 0) std::snprintf(share, sizeof share, "%.0f%%", 100.0 * p.bytes / tq / copyRate);
+        std::printf("%-58s %10.3f %10.3f %7.2f %9s\n", p.name.c_str(), tq * 1e3, tc * 1e3, ratio, share);
+        std::fflush(stdout);
+    }
+    std::printf("\nworst ratio: %.2f (%s)\n", worst, worstName.c_str());
+    return 0;
+}
