@@ -3,6 +3,7 @@
 #include "qel/histogram.h"
 #include "qel/io.h"
 
+#include "contour/chain_record.h"
 #include "contour/scan.h"
 #include "contour/trace.h"
 
@@ -25,14 +26,9 @@ bool kind_wanted(int mode, bool outer) {
 
 // A record with its own copy of the chain, or null when either allocation fails.
 QEL_CONTOUR_STRUCT* new_record(bool outer, int x, int y, const unsigned char* chain, int n, int area, int perimeter) {
-    unsigned char* codes = new (std::nothrow) unsigned char[static_cast<std::size_t>(n)];
-    if (codes == nullptr) return nullptr;
-    QEL_CONTOUR_STRUCT* record = new (std::nothrow) QEL_CONTOUR_STRUCT();
-    if (record == nullptr) {
-        delete[] codes;
-        return nullptr;
-    }
-    std::memcpy(codes, chain, static_cast<std::size_t>(n));
+    unsigned char* codes = nullptr;
+    QEL_CONTOUR_STRUCT* record = qel::new_record_with_chain<QEL_CONTOUR_STRUCT>(chain, n, &codes);
+    if (record == nullptr) return nullptr;
     record->isOuter = outer;
     record->area = area;
     record->perimeter = perimeter;

@@ -7,6 +7,7 @@
 #include "qel/histogram.h"
 #include "qel/io.h"
 
+#include "contour/chain_record.h"
 #include "contour/scan.h"
 #include "contour/trace.h"
 #include "core/lut.h"
@@ -46,14 +47,9 @@ constexpr int kTopLevel = qel::kGreyLevels - 1;
 // A record with its own copy of the n codes, or null when either allocation fails.
 RegionStruct* new_region(int x, int y, const unsigned char* chain, int n, int area, int perimeter, int level,
                          int id) {
-    unsigned char* codes = new (std::nothrow) unsigned char[static_cast<std::size_t>(n)];
-    if (codes == nullptr) return nullptr;
-    RegionStruct* r = new (std::nothrow) RegionStruct();
-    if (r == nullptr) {
-        delete[] codes;
-        return nullptr;
-    }
-    std::memcpy(codes, chain, static_cast<std::size_t>(n));
+    unsigned char* codes = nullptr;
+    RegionStruct* r = qel::new_record_with_chain<RegionStruct>(chain, n, &codes);
+    if (r == nullptr) return nullptr;
     r->x = x;
     r->y = y;
     r->chainLength = n;
