@@ -6,10 +6,12 @@
 
 #include "binary/neighbourhood.h"
 #include "core/lut.h"
+#include "core/simd.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <vector>
 
 namespace qel {
 namespace {
@@ -48,10 +50,93 @@ void spread_3x3(const unsigned char* image, int width, int x0, int x1, int y0, i
     });
 }
 
+#ifdef QEL_SIMD_SSE2
+// The whole-image spread row by row on byte masks, with the same result as spread_3x3 over the
+// whole interior. A centre spreads when it is interior, of the rule's kind and has a zero among its
+// 8 neighbours; a pixel of out takes the rule's value when one of its 8 neighbours (not itself)
+// spreads, and keeps its input value otherwise. Mask rows are padded by one byte on each side, so
+// pixel x sits at index x + 1 and the pads stand for the columns outside the image.
+
+// Spreading mask of interior row `mid` (rows above and below it given) into the padded row n.
+void spreading_row(const unsigned char* above, const unsigned char* mid, const unsigned char* below, int width,
+                   Spread rule, unsigned char* n) {
+    int x = 1;
+    for (; x + simd::kLanes + 1 <= width; x += simd::kLanes) {
+        const unsigned char* a = above + x - 1;
+        const unsigned char* m = mid + x - 1;
+        const unsigned char* b = below + x - 1;
+        __m128i zeroNear = _mm_or_si128(simd::is_zero(simd::load(a)), simd::is_zero(simd::load(a + 1)));
+        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(a + 2)));
+        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(m)));
+        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(m + 2)));
+        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(b)));
+        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(b + 1)));
+        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(b + 2)));
+        const __m128i centreZero = simd::is_zero(simd::load(m + 1));
+        const __m128i spreads =
+            rule.fromObject ? _mm_andnot_si128(centreZero, zeroNear) : _mm_and_si128(centreZero, zeroNear);
+        simd::store(n + x + 1, spreads);
+    }
+    for (; x < width - 1; ++x) {
+        const bool zeroNear = above[x - 1] == 0 || above[x] == 0 || above[x + 1] == 0 || mid[x - 1] == 0 ||
+                              mid[x + 1] == 0 || below[x - 1] == 0 || below[x] == 0 || below[x + 1] == 0;
+        n[x + 1] = (mid[x] != 0) == rule.fromObject && zeroNear ? 0xFF : 0;
+    }
+}
+
+// One output row from the padded spreading masks of the rows above, at and below it.
+void spread_row(const unsigned char* nAbove, const unsigned char* nMid, const unsigned char* nBelow,
+                const unsigned char* in, int width, Spread rule, unsigned char* out) {
+    const __m128i value = _mm_set1_epi8(static_cast<char>(rule.value));
+    int x = 0;
+    for (; x + simd::kLanes <= width; x += simd::kLanes) {
+        __m128i near = _mm_or_si128(simd::load(nAbove + x), simd::load(nAbove + x + 1));
+        near = _mm_or_si128(near, simd::load(nAbove + x + 2));
+        near = _mm_or_si128(near, simd::load(nMid + x));
+        near = _mm_or_si128(near, simd::load(nMid + x + 2));
+        near = _mm_or_si128(near, simd::load(nBelow + x));
+        near = _mm_or_si128(near, simd::load(nBelow + x + 1));
+        near = _mm_or_si128(near, simd::load(nBelow + x + 2));
+        simd::store(out + x, simd::select(near, value, simd::load(in + x)));
+    }
+    for (; x < width; ++x) {
+        const bool near = (nAbove[x] | nAbove[x + 1] | nAbove[x + 2] | nMid[x] | nMid[x + 2] | nBelow[x] |
+                           nBelow[x + 1] | nBelow[x + 2]) != 0;
+        out[x] = near ? rule.value : in[x];
+    }
+}
+
+void spread_whole(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
+    if (width < 3 || height < 3) {  // no centres
+        std::memcpy(out, image, static_cast<size_t>(std::max(width, 0)) * static_cast<size_t>(std::max(height, 0)));
+        return;
+    }
+    const size_t padded = static_cast<size_t>(width) + 2;
+    // Three rolling mask rows (row r in slot r % 3) and one row of zeros for outside the image and
+    // for the top and bottom rows, which are never centres.
+    std::vector<unsigned char> masks(4 * padded, 0);
+    unsigned char* zeros = masks.data() + 3 * padded;
+    const auto slot = [&](int r) { return masks.data() + static_cast<size_t>(r % 3) * padded; };
+    const auto row = [&](const unsigned char* base, int r) { return base + static_cast<std::ptrdiff_t>(r) * width; };
+    spreading_row(row(image, 0), row(image, 1), row(image, 2), width, rule, slot(1));
+    for (int y = 0; y < height; ++y) {
+        const int next = y + 1;
+        if (next >= 2 && next <= height - 2)
+            spreading_row(row(image, next - 1), row(image, next), row(image, next + 1), width, rule, slot(next));
+        else if (next == height - 1)
+            std::memset(slot(next), 0, padded);
+        const unsigned char* above = y >= 1 ? slot(y - 1) : zeros;
+        const unsigned char* below = next <= height - 1 ? slot(next) : zeros;
+        spread_row(above, slot(y), below, row(image, y), width, rule,
+                   out + static_cast<std::ptrdiff_t>(y) * width);
+    }
+}
+#else
 void spread_whole(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
     std::memcpy(out, image, static_cast<size_t>(width) * static_cast<size_t>(height));
     spread_3x3(image, width, 1, width - 1, 1, height - 1, rule, out);
 }
+#endif
 
 // The rectangle forms: only the rectangle (clipped to the image) is copied, and the centres run to
 // one past its right and bottom edges. The bottom bound is width - 2, not height - 2 (intended);

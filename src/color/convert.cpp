@@ -10,6 +10,7 @@
 #include "color/rect_sampling.h"
 #include "color/rgb.h"
 #include "color/yuv.h"
+#include "core/simd.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -28,10 +29,124 @@ using qel::Yuv422P;
 
 constexpr int kPixelsPerPair = 2;
 
-// Camera frame to B, G, R; width must be even, and height even where two rows share chroma.
+#ifdef QEL_SIMD_SSE2
+namespace simd = qel::simd;
+
+constexpr int kBlock = 32;  // pixels per SSE2 step of the packed-pixel loops
+
+// (sums >> shift) of two registers of four 32-bit sums, as eight 16-bit values. Arithmetic shifts,
+// as in the scalar formulas; the results fit 16 bits.
+__m128i shifted16(simd::Sums s, int shift) {
+    const __m128i count = _mm_cvtsi32_si128(shift);
+    return _mm_packs_epi32(_mm_sra_epi32(s.lo, count), _mm_sra_epi32(s.hi, count));
+}
+
+// Grey of the pixels of whole 32-pixel blocks; returns how many pixels it did.
+size_t grey_blocks(const unsigned char* rgb, size_t count, unsigned char* grey) {
+    const __m128i wBlueGreen = simd::weight_pair(qel::kGreyWeightBlue, qel::kGreyWeightGreen);
+    const __m128i wRed = simd::weight_pair(qel::kGreyWeightRed, 0);
+    const __m128i zero = _mm_setzero_si128();
+    size_t i = 0;
+    for (; i + kBlock <= count; i += kBlock) {
+        __m128i v[6];
+        for (int k = 0; k < 6; ++k) v[k] = simd::load(rgb + 3 * i + simd::kLanes * k);
+        simd::deinterleave3(v);
+        for (int half = 0; half < 2; ++half) {
+            const __m128i b = v[half];
+            const __m128i g = v[2 + half];
+            const __m128i r = v[4 + half];
+            const __m128i lo = shifted16(simd::weighted3(_mm_unpacklo_epi8(b, zero), _mm_unpacklo_epi8(g, zero),
+                                                         _mm_unpacklo_epi8(r, zero), wBlueGreen, wRed),
+                                         qel::kGreyShift);
+            const __m128i hi = shifted16(simd::weighted3(_mm_unpackhi_epi8(b, zero), _mm_unpackhi_epi8(g, zero),
+                                                         _mm_unpackhi_epi8(r, zero), wBlueGreen, wRed),
+                                         qel::kGreyShift);
+            simd::store(grey + i + simd::kLanes * half, _mm_packus_epi16(lo, hi));
+        }
+    }
+    return i;
+}
+
+// U and V of 16 pixel pairs starting at pair i: a plane each (step 1) or interleaved pairs (step 2).
+template <class Byte, int LumaStep>
+void load_chroma(const qel::CameraRow<Byte, LumaStep, 1>& row, int i, __m128i& u, __m128i& v) {
+    u = simd::load(row.cb + i);
+    v = simd::load(row.cr + i);
+}
+
+template <class Byte, int LumaStep>
+void load_chroma(const qel::CameraRow<Byte, LumaStep, 2>& row, int i, __m128i& u, __m128i& v) {
+    const __m128i a = simd::load(row.cb + 2 * i);
+    const __m128i b = simd::load(row.cb + 2 * i + simd::kLanes);
+    const __m128i low = _mm_set1_epi16(0x00FF);
+    u = _mm_packus_epi16(_mm_and_si128(a, low), _mm_and_si128(b, low));
+    v = _mm_packus_epi16(_mm_srli_epi16(a, 8), _mm_srli_epi16(b, 8));
+}
+
+// B, G, R of 8 pixels from their Y and chroma (U − 128, V − 128) as 16-bit lanes.
+void bgr8(__m128i y, __m128i cu, __m128i cv, __m128i& b, __m128i& g, __m128i& r) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i wBlue = simd::weight_pair(qel::kYuvOne, qel::kBlueFromU);
+    const __m128i wGreen = simd::weight_pair(qel::kYuvOne, -qel::kGreenFromU);
+    const __m128i wGreenV = simd::weight_pair(-qel::kGreenFromV, 0);
+    const __m128i wRed = simd::weight_pair(qel::kYuvOne, qel::kRedFromV);
+    b = shifted16(simd::weighted3(y, cu, zero, wBlue, zero), qel::kYuvShift);
+    g = shifted16(simd::weighted3(y, cu, cv, wGreen, wGreenV), qel::kYuvShift);
+    r = shifted16(simd::weighted3(y, cv, zero, wRed, zero), qel::kYuvShift);
+}
+
+// B, G, R of the whole 32-pixel blocks of a planar-luma row; returns how many pixels it did.
+template <class Byte, int ChromaStep>
+int bgr_blocks(const qel::CameraRow<Byte, 1, ChromaStep>& row, int width, unsigned char* rgb) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i offset = _mm_set1_epi16(qel::kChromaOffset);
+    int x = 0;
+    for (; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
+        __m128i u;
+        __m128i v;
+        load_chroma(row, x / 2, u, v);
+        __m128i planes[6];
+        for (int half = 0; half < 2; ++half) {
+            const __m128i y = simd::load(row.luma + x + simd::kLanes * half);
+            // each chroma sample serves two neighbouring pixels
+            const __m128i uu = half == 0 ? _mm_unpacklo_epi8(u, u) : _mm_unpackhi_epi8(u, u);
+            const __m128i vv = half == 0 ? _mm_unpacklo_epi8(v, v) : _mm_unpackhi_epi8(v, v);
+            __m128i b[2];
+            __m128i g[2];
+            __m128i r[2];
+            bgr8(_mm_unpacklo_epi8(y, zero), _mm_sub_epi16(_mm_unpacklo_epi8(uu, zero), offset),
+                 _mm_sub_epi16(_mm_unpacklo_epi8(vv, zero), offset), b[0], g[0], r[0]);
+            bgr8(_mm_unpackhi_epi8(y, zero), _mm_sub_epi16(_mm_unpackhi_epi8(uu, zero), offset),
+                 _mm_sub_epi16(_mm_unpackhi_epi8(vv, zero), offset), b[1], g[1], r[1]);
+            planes[half] = _mm_packus_epi16(b[0], b[1]);
+            planes[2 + half] = _mm_packus_epi16(g[0], g[1]);
+            planes[4 + half] = _mm_packus_epi16(r[0], r[1]);
+        }
+        simd::interleave3(planes);
+        for (int k = 0; k < 6; ++k) simd::store(rgb + simd::kLanes * k, planes[k]);
+    }
+    return x;
+}
+#endif
+
+// Camera frame to B, G, R; width must be even, and height even where two rows share chroma. The
+// formats with a luma plane take 32 pixels a step where SSE2 is available and finish each row
+// with the plain loop.
 template <class Format>
 void camera_to_bgr(const unsigned char* frame, int width, int height, unsigned char* rgb) {
-    qel::copy_bgr(Format::layout(frame, width, height), RectArea::whole(width, height), rgb);
+    const auto layout = Format::layout(frame, width, height);
+#ifdef QEL_SIMD_SSE2
+    using Row = typename std::decay_t<decltype(layout)>::Row;
+    if constexpr (Row::kLumaStep == 1) {
+        const std::ptrdiff_t rgbRowBytes = static_cast<std::ptrdiff_t>(width) * kBytesPerRgbPixel;
+        for (int y = 0; y < height; ++y, rgb += rgbRowBytes) {
+            const int done = bgr_blocks(layout.row(y), width, rgb);
+            qel::copy_bgr(layout, RectArea{done, width - 1, y, y}, rgb + done * kBytesPerRgbPixel);
+        }
+        return;
+    }
+#endif
+    qel::copy_bgr(layout, RectArea::whole(width, height), rgb);
 }
 
 template <class Format>
@@ -79,7 +194,11 @@ void bgr_to_camera(const unsigned char* rgb, int width, int height, unsigned cha
 }  // namespace
 
 void QelRGB2Gry(unsigned char* rgb, int width, int height, unsigned char* grey) {
-    qel::grey_from_each_pixel(rgb, pixel_count(width, height), grey,
+    size_t done = 0;
+#ifdef QEL_SIMD_SSE2
+    done = grey_blocks(rgb, pixel_count(width, height), grey);
+#endif
+    qel::grey_from_each_pixel(rgb + done * kBytesPerRgbPixel, pixel_count(width, height) - done, grey + done,
                               [](int b, int g, int r) { return qel::grey_from_bgr(b, g, r); });
 }
 

@@ -268,3 +268,38 @@ TEST(BinaryErosionSize, HandWorkedTotalsAndSizes) {
 }
 
 }  // namespace
+
+// The 3 × 3 spread as stated, centre by centre: an interior centre of the rule's kind (non-zero for
+// dilation, zero for erosion) with a zero among its 8 neighbours writes the value into all 8.
+Bytes spread_reference(const Bytes& img, int w, int h, bool fromObject, unsigned char value) {
+    Bytes out = img;
+    for (int y = 1; y < h - 1; ++y)
+        for (int x = 1; x < w - 1; ++x) {
+            if ((img[y * w + x] != 0) != fromObject) continue;
+            bool zeroNear = false;
+            for (int dy = -1; dy <= 1; ++dy)
+                for (int dx = -1; dx <= 1; ++dx)
+                    if ((dx || dy) && img[(y + dy) * w + x + dx] == 0) zeroNear = true;
+            if (!zeroNear) continue;
+            for (int dy = -1; dy <= 1; ++dy)
+                for (int dx = -1; dx <= 1; ++dx)
+                    if (dx || dy) out[(y + dy) * w + x + dx] = value;
+        }
+    return out;
+}
+
+TEST(BinaryRank3x3, WholeImageSpreadMatchesTheCentreByCentreRuleAtEveryWidth) {
+    // Widths 1..70 cover every tail of the 16-pixel steps; values other than 0 and 255 show which
+    // pixels keep their input.
+    for (int w = 1; w <= 70; ++w)
+        for (int h : {1, 2, 3, 4, 7}) {
+            SCOPED_TRACE(testing::Message() << w << " x " << h);
+            Bytes img = qel_test::random_bytes(static_cast<size_t>(w) * h, static_cast<unsigned>(w * 31 + h));
+            for (unsigned char& v : img) v = v < 100 ? 0 : v < 200 ? 255 : v;
+            Bytes dilated(img.size(), 1), eroded(img.size(), 1);
+            QelBinImgMaxFilter3x3(img.data(), w, h, dilated.data());
+            QelBinImgMinFilter3x3(img.data(), w, h, eroded.data());
+            ASSERT_EQ(dilated, spread_reference(img, w, h, true, 255));
+            ASSERT_EQ(eroded, spread_reference(img, w, h, false, 0));
+        }
+}

@@ -211,3 +211,32 @@ TEST(ColourConversions, Yuv420BlockChromaIsTheMeanOfOffsetValues) {
 }
 
 }  // namespace
+
+// ---- every width: the 32-pixel steps and their tails agree with the formulas ------------------
+
+TEST(ColourConversions, EveryWidthAndTailMatchesThePerPixelFormulas) {
+    for (int w = 1; w <= 70; ++w) {
+        SCOPED_TRACE(w);
+        const int h = 3;
+        const Bytes rgb = qel_test::random_bgr(w, h, static_cast<unsigned>(w));
+        Bytes grey(static_cast<size_t>(w * h));
+        QelRGB2Gry(const_cast<unsigned char*>(rgb.data()), w, h, grey.data());
+        for (int i = 0; i < w * h; ++i) {
+            const unsigned char* px = &rgb[static_cast<size_t>(i) * 3];
+            ASSERT_EQ(grey[i], (px[0] * 468 + px[1] * 2404 + px[2] * 1225) >> 12) << i;
+        }
+        if (w % 2 != 0) continue;
+        for (const CameraFormat* f : kCameraFormats) {
+            SCOPED_TRACE(f->name);
+            const int fh = 4;
+            Bytes frame = random_bytes(frame_bytes(*f, w, fh), static_cast<unsigned>(w + 100));
+            Bytes out(static_cast<size_t>(w * fh * 3));
+            ASSERT_TRUE(f->toRgb(frame.data(), w, fh, out.data()));
+            ASSERT_EQ(out, ref_to_rgb(*f, frame, w, fh));
+            Bytes pixels = qel_test::random_bgr(w, fh, static_cast<unsigned>(w + 200));
+            Bytes back(frame_bytes(*f, w, fh));
+            ASSERT_TRUE(f->fromRgb(pixels.data(), w, fh, back.data()));
+            ASSERT_EQ(back, ref_from_rgb(*f, pixels, w, fh));
+        }
+    }
+}

@@ -186,3 +186,20 @@ TEST(Binarisation, ShrinkReportsTruncatedSizeButWritesFullRows) {
 }
 
 }  // namespace
+
+TEST(Binarisation, EveryWidthAndTailFollowsTheRule) {
+    // Widths 1..70 cover every tail of the 16-pixel steps; thresholds at and past the ends.
+    for (int w = 1; w <= 70; ++w)
+        for (int t : {-1, 0, 1, 128, 255, 256}) {
+            SCOPED_TRACE(testing::Message() << w << " T " << t);
+            const int h = 3;
+            Bytes img = random_grey(w, h, static_cast<unsigned>(w * 7 + t + 1)), out(img.size(), 9);
+            QelThreshold(img.data(), w, h, t, out.data());
+            Bytes twoLevels = img;
+            QelThreshold2V1V2(twoLevels.data(), w, h, t, 5, 250);
+            for (size_t i = 0; i < img.size(); ++i) {
+                ASSERT_EQ(out[i], img[i] >= t ? 255 : 0);
+                ASSERT_EQ(twoLevels[i], img[i] >= t ? 250 : 5);
+            }
+        }
+}
