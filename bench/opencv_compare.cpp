@@ -69,7 +69,9 @@ std::pair<double, double> time_alternating(const std::function<void()>& a, const
     return {median(ta), median(tb)};
 }
 
-cv::Mat wrap(std::vector<unsigned char>& v, int rows, int cols, int type) { return cv::Mat(rows, cols, type, v.data()); }
+cv::Mat wrap(std::vector<unsigned char>& v, int rows, int cols, int type) {
+    return cv::Mat(rows, cols, type, v.data());
+}
 
 }  // namespace
 

@@ -127,6 +127,65 @@ int bgr_blocks(const qel::CameraRow<Byte, 1, ChromaStep>& row, int width, unsign
     }
     return x;
 }
+
+// Y, and the chroma of each 2 × 2 block, of the whole 32-pixel blocks of two rows of a 4:2:0 frame
+// with a luma plane; returns how many pixels of each row it did.
+template <int ChromaStep>
+int camera_blocks_420(const unsigned char* const bgrRows[2],
+                      const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2], int width) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i ones = _mm_set1_epi16(1);
+    const __m128i offset = _mm_set1_epi16(qel::kChromaOffset);
+    const __m128i wLumaBG = simd::weight_pair(qel::kLumaWeightBlue, qel::kLumaWeightGreen);
+    const __m128i wLumaR = simd::weight_pair(qel::kLumaWeightRed, 0);
+    const __m128i wUBG = simd::weight_pair(qel::kUWeightBlue, -qel::kUWeightGreen);
+    const __m128i wUR = simd::weight_pair(-qel::kUWeightRed, 0);
+    const __m128i wVBG = simd::weight_pair(-qel::kVWeightBlue, -qel::kVWeightGreen);
+    const __m128i wVR = simd::weight_pair(qel::kVWeightRed, 0);
+    int x = 0;
+    for (; x + kBlock <= width; x += kBlock) {
+        __m128i uSum[4] = {zero, zero, zero, zero};  // per pixel column, both rows, 8 columns each
+        __m128i vSum[4] = {zero, zero, zero, zero};
+        for (int r = 0; r < 2; ++r) {
+            __m128i v[6];
+            for (int k = 0; k < 6; ++k) v[k] = simd::load(bgrRows[r] + 3 * x + simd::kLanes * k);
+            simd::deinterleave3(v);
+            for (int q = 0; q < 4; ++q) {  // quarters of eight pixels
+                const __m128i b8 = v[q / 2];
+                const __m128i g8 = v[2 + q / 2];
+                const __m128i r8 = v[4 + q / 2];
+                const __m128i b = q % 2 == 0 ? _mm_unpacklo_epi8(b8, zero) : _mm_unpackhi_epi8(b8, zero);
+                const __m128i g = q % 2 == 0 ? _mm_unpacklo_epi8(g8, zero) : _mm_unpackhi_epi8(g8, zero);
+                const __m128i red = q % 2 == 0 ? _mm_unpacklo_epi8(r8, zero) : _mm_unpackhi_epi8(r8, zero);
+                const __m128i luma = shifted16(simd::weighted3(b, g, red, wLumaBG, wLumaR), qel::kYuvShift);
+                _mm_storel_epi64(reinterpret_cast<__m128i*>(rows[r].luma + x + 8 * q), _mm_packus_epi16(luma, zero));
+                const __m128i u = shifted16(simd::weighted3(b, g, red, wUBG, wUR), qel::kYuvShift);
+                const __m128i v = shifted16(simd::weighted3(b, g, red, wVBG, wVR), qel::kYuvShift);
+                uSum[q] = _mm_add_epi16(uSum[q], _mm_add_epi16(u, offset));
+                vSum[q] = _mm_add_epi16(vSum[q], _mm_add_epi16(v, offset));
+            }
+        }
+        // Sums of horizontal pairs, then the mean of four by a right shift of 2.
+        __m128i u16[2];
+        __m128i v16[2];
+        for (int k = 0; k < 2; ++k) {
+            u16[k] = _mm_packs_epi32(_mm_srai_epi32(_mm_madd_epi16(uSum[2 * k], ones), 2),
+                                     _mm_srai_epi32(_mm_madd_epi16(uSum[2 * k + 1], ones), 2));
+            v16[k] = _mm_packs_epi32(_mm_srai_epi32(_mm_madd_epi16(vSum[2 * k], ones), 2),
+                                     _mm_srai_epi32(_mm_madd_epi16(vSum[2 * k + 1], ones), 2));
+        }
+        const __m128i u = _mm_packus_epi16(u16[0], u16[1]);
+        const __m128i v = _mm_packus_epi16(v16[0], v16[1]);
+        if constexpr (ChromaStep == 1) {
+            simd::store(rows[0].cb + x / 2, u);
+            simd::store(rows[0].cr + x / 2, v);
+        } else {
+            simd::store(rows[0].cb + x, _mm_unpacklo_epi8(u, v));
+            simd::store(rows[0].cb + x + simd::kLanes, _mm_unpackhi_epi8(u, v));
+        }
+    }
+    return x;
+}
 #endif
 
 // Camera frame to B, G, R; width must be even, and height even where two rows share chroma. The
@@ -173,7 +232,11 @@ void bgr_to_camera(const unsigned char* rgb, int width, int height, unsigned cha
             rows[r] = layout.row(cy * rowsPerChroma + r);
             rgbRows[r] = rgb + (cy * rowsPerChroma + r) * rgbRowBytes;
         }
-        for (int i = 0; i < pairs; ++i) {
+        int first = 0;
+#ifdef QEL_SIMD_SSE2
+        if constexpr (rowsPerChroma == 2 && Row::kLumaStep == 1) first = camera_blocks_420(rgbRows, rows, width) / 2;
+#endif
+        for (int i = first; i < pairs; ++i) {
             int uSum = 0;
             int vSum = 0;
             for (int r = 0; r < rowsPerChroma; ++r) {

@@ -68,8 +68,10 @@ struct Sums {
 
 inline Sums weighted3(__m128i x, __m128i y, __m128i z, __m128i wxy, __m128i wz0) {
     const __m128i zero = _mm_setzero_si128();
-    return {_mm_add_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(x, y), wxy), _mm_madd_epi16(_mm_unpacklo_epi16(z, zero), wz0)),
-            _mm_add_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(x, y), wxy), _mm_madd_epi16(_mm_unpackhi_epi16(z, zero), wz0))};
+    const __m128i lo = _mm_madd_epi16(_mm_unpacklo_epi16(z, zero), wz0);
+    const __m128i hi = _mm_madd_epi16(_mm_unpackhi_epi16(z, zero), wz0);
+    return {_mm_add_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(x, y), wxy), lo),
+            _mm_add_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(x, y), wxy), hi)};
 }
 
 // Two 16-bit weights repeated, for _mm_madd_epi16 on (a, b) lane pairs.
