@@ -42,6 +42,7 @@ cli::InspectOptions readOptions(const cli::Args& args) {
             throw cli::UsageError("--threshold wants a grey level between 0 and 255, got '" + args.value("threshold") + "'");
     }
     options.dark = args.flag("dark");
+    options.numbers = !args.flag("no-numbers");
     options.minArea = args.integer("min-area", options.minArea);
     if (options.minArea < 0)
         throw cli::UsageError("--min-area wants a pixel count of 0 or more, got '" + args.value("min-area") + "'");
@@ -248,14 +249,15 @@ int runInspect(const cli::Args& args) {
 }
 
 const cli::Register inspectCommand({"inspect", "find, measure and mark the objects of a picture (or a directory)",
-    "usage: qel inspect [IN | DIR] [-o OUT] [--threshold T] [--dark] [--min-area A] [--json]\n"
+    "usage: qel inspect [IN | DIR] [-o OUT] [--threshold T] [--dark] [--min-area A] [--no-numbers] [--json]\n"
     "\n"
     "Finds the objects of a picture and measures them, the library's typical use end to end:\n"
     "grey (colour input is converted), histogram, threshold, binarisation, specks removed (object\n"
     "pixels with fewer than 2 object neighbours), outer contours; for each object its area (pixels\n"
     "enclosed, boundary and holes included), perimeter, bounding box, centre (mean of the boundary\n"
     "points) and the mean grey level of the pixels it encloses. Prints a table of the objects and\n"
-    "writes the picture in colour with each object's box in red and a green cross on its centre.\n"
+    "writes the picture in colour with each object's box in red, a green cross on its centre and\n"
+    "its number from the table in yellow on black just above the box (below it at the top edge).\n"
     "\n"
     "  IN            a BMP, PNG or JPEG picture; without it, the bundled photograph coins.bmp\n"
     "                (24 coins on a grey background)\n"
@@ -272,6 +274,7 @@ const cli::Register inspectCommand({"inspect", "find, measure and mark the objec
     "  --dark        the objects are darker than the background: pixels below the threshold are\n"
     "                object (by default pixels at or above it)\n"
     "  --min-area A  objects enclosing fewer than A pixels are not listed (default 100)\n"
+    "  --no-numbers  leave the objects' numbers out of the picture\n"
     "  --json        print JSON instead of the table: one object (file, width, height, colour,\n"
     "                threshold, threshold_rule, dark, min_area, output, objects: [{area, perimeter,\n"
     "                left, right, top, bottom, centre_x, centre_y, mean_grey}]), or for DIR an array\n"
@@ -282,6 +285,6 @@ const cli::Register inspectCommand({"inspect", "find, measure and mark the objec
     "  qel inspect                              # the coins; writes coins_inspect.png\n"
     "  qel inspect parts.png -o marked.png --min-area 50\n"
     "  qel inspect scans/ -o results/ --dark --json > results/objects.json\n",
-    {"output", "threshold", "min-area"}, runInspect, {"dark", "json"}});
+    {"output", "threshold", "min-area"}, runInspect, {"dark", "no-numbers", "json"}});
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
@@ -147,6 +148,46 @@ Image toColour(const Image& image) {
     colour.pixels.resize(image.pixels.size() * 3);
     for (size_t i = 0; i < image.pixels.size(); ++i)
         colour.pixels[3 * i] = colour.pixels[3 * i + 1] = colour.pixels[3 * i + 2] = image.pixels[i];
+    return colour;
+}
+
+void checkNewSize(double width, double height, const std::string& what) {
+    const auto text = [](double v) {
+        return std::isfinite(v) && std::fabs(v) < 1e15 ? std::to_string(static_cast<long long>(v)) : std::string("?");
+    };
+    if (!(width >= 1.0 && height >= 1.0))
+        throw UsageError(what + " would be " + text(width) + " x " + text(height) + " pixels; it needs at least 1 x 1");
+    if (!(width * height <= static_cast<double>(kMaxNewPixels)))
+        throw UsageError(what + " would be " + text(width) + " x " + text(height) + " pixels; pictures of more than " +
+                         std::to_string(kMaxNewPixels) + " pixels are not made");
+}
+
+Image blankImage(int width, int height, int channels, unsigned char level) {
+    Image img;
+    img.width = width;
+    img.height = height;
+    img.channels = channels;
+    img.pixels.assign(static_cast<size_t>(width) * static_cast<size_t>(height) * static_cast<size_t>(channels), level);
+    return img;
+}
+
+std::vector<Image> splitChannels(const Image& image) {
+    if (image.isGrey()) return {image};
+    std::vector<Image> planes;
+    for (int channel = 0; channel < 3; ++channel) {
+        planes.push_back(blankImage(image.width, image.height, 1));
+        QelExtractOneChannelFromRGB(const_cast<unsigned char*>(image.pixels.data()), image.width, image.height, channel,
+                                    planes.back().pixels.data());
+    }
+    return planes;
+}
+
+Image joinChannels(const std::vector<Image>& planes) {
+    if (planes.size() == 1) return planes[0];
+    const Image& blue = planes[0];
+    Image colour = blankImage(blue.width, blue.height, 3);
+    QelGry2RGBImg(const_cast<unsigned char*>(planes[2].pixels.data()), const_cast<unsigned char*>(planes[1].pixels.data()),
+                  const_cast<unsigned char*>(blue.pixels.data()), blue.width, blue.height, colour.pixels.data());
     return colour;
 }
 

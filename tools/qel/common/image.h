@@ -26,6 +26,31 @@ struct Image {
     bool isGrey() const { return channels == 1; }
 };
 
+// Pictures a command makes to a size the user asks for (a resize, a rotation, a plot) are held
+// to this many pixels: 768 MiB in colour, well inside INT_MAX bytes.
+constexpr long long kMaxNewPixels = 1LL << 28;
+
+// UsageError unless width and height are at least 1 and width x height is at most kMaxNewPixels.
+// The sizes are taken as doubles so that a size computed from a scale is checked before it is
+// converted; `what` names the picture in the message ("the resized picture").
+void checkNewSize(double width, double height, const std::string& what);
+// A picture of the given size and kind with every byte set to `level`.
+Image blankImage(int width, int height, int channels, unsigned char level = 0);
+
+// The three channels of a colour image as grey images, blue, green, red; a grey image alone.
+std::vector<Image> splitChannels(const Image& image);
+// The inverse of splitChannels: three grey images of one size (blue, green, red) interleaved, or
+// the one grey image.
+Image joinChannels(const std::vector<Image>& planes);
+// A grey operation applied to a grey image, or to each channel of a colour one: `op` takes a grey
+// Image and returns one (every channel's result must have the same size).
+template <class GreyOperation>
+Image eachChannel(const Image& image, GreyOperation op) {
+    std::vector<Image> planes = splitChannels(image);
+    for (Image& p : planes) p = op(p);
+    return joinChannels(planes);
+}
+
 enum class ImageFormat { Bmp, Png, Jpeg };
 const char* formatName(ImageFormat format);  // "BMP", "PNG", "JPEG"
 

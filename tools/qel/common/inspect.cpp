@@ -2,6 +2,7 @@
 #include "inspect.h"
 
 #include "binarise.h"
+#include "text.h"
 
 #include <qel.h>
 
@@ -69,6 +70,13 @@ void drawObject(Image& colour, const InspectObject& o) {
                kCentreColour[1], kCentreColour[2]);
 }
 
+// The object's number in the library's digit glyphs, just above its box, or below it when there
+// is no room above; moved inside the picture where it would leave it.
+void drawObjectNumber(Image& colour, const InspectObject& o, int number) {
+    const int above = o.top - kDigitHeight - 1;
+    drawNumber(colour, number, o.left, above >= 0 ? above : o.bottom + 2, kNumberColour);
+}
+
 using ContourList = std::unique_ptr<QEL_CONTOUR_STRUCT, void (*)(QEL_CONTOUR_STRUCT*)>;
 
 }  // namespace
@@ -109,6 +117,10 @@ InspectResult inspect(const Image& image, const InspectOptions& options) {
         result.objects.push_back(o);
     }
     for (const InspectObject& o : result.objects) drawObject(result.annotated, o);
+    // Numbers last, so that no box or cross is drawn over one.
+    if (options.numbers)
+        for (size_t i = 0; i < result.objects.size(); ++i)
+            drawObjectNumber(result.annotated, result.objects[i], static_cast<int>(i) + 1);
     return result;
 }
 

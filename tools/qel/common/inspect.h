@@ -4,7 +4,7 @@
 //   grey (QelRGB2Gry) -> histogram -> threshold (the tool's rule or a given level) -> binary
 //   (QelThreshold, inverted for dark objects) -> specks removed (QelBinImgDeletePointsLessThanN)
 //   -> outer contours (QelGetContours) -> per object: box, centre, area, perimeter and the mean
-//   grey of the pixels its boundary encloses -> boxes and centres drawn into a colour copy.
+//   grey of the pixels its boundary encloses -> boxes, centres and numbers drawn into a colour copy.
 #ifndef QEL_TOOL_INSPECT_H
 #define QEL_TOOL_INSPECT_H
 
@@ -19,6 +19,7 @@ struct InspectOptions {
     int threshold = -1;  // grey level 0..255 that starts the objects; -1 chooses one (chooseThreshold)
     bool dark = false;   // objects darker than the background: pixels below the threshold are object
     int minArea = 100;   // objects enclosing fewer pixels (boundary and holes included) are not listed
+    bool numbers = true; // each object's number (1, 2, ... as listed) drawn beside its box
 };
 
 struct InspectObject {
@@ -37,12 +38,13 @@ struct InspectResult {
     int threshold = 0;
     std::string thresholdReason;  // "given", "Otsu", or why the tool took another level
     std::vector<InspectObject> objects;  // in scan order of their boundaries' first pixels
-    Image annotated;                     // the input in colour with boxes and centres drawn
+    Image annotated;                     // the input in colour with boxes, centres and numbers drawn
 };
 
 // Colours of the annotation, red, green, blue.
 constexpr int kBoxColour[3] = {255, 0, 0};
 constexpr int kCentreColour[3] = {0, 255, 0};
+constexpr int kNumberColour[3] = {255, 255, 0};  // on a black cell
 
 // Runs the whole inspection on a grey or colour image. Images narrower or lower than 3 pixels have
 // no interior and give no objects.

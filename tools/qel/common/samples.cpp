@@ -1,8 +1,9 @@
-// Where the qel tool finds the sample pictures it is shipped with.
+// Where the qel tool finds the files it is shipped with.
 #include "samples.h"
 
 #include "cli.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -20,18 +21,27 @@ namespace cli {
 namespace {
 namespace fs = std::filesystem;
 
-// The directory of the running executable, "" where the system does not say.
-fs::path executableDirectory() {
+constexpr const char* kFontName = "hzk16.dat";
+constexpr const char* kFontVariable = "QEL_FONT_FILE";  // the library reads the same variable
+}  // namespace
+
+std::string executableDirectory() {
     std::error_code ec;
     const fs::path self = fs::read_symlink("/proc/self/exe", ec);
-    return ec ? fs::path() : self.parent_path();
+    return ec ? std::string() : self.parent_path().string();
 }
-}  // namespace
+
+std::string fontFile() {
+    const char* named = std::getenv(kFontVariable);
+    if (named != nullptr && *named != '\0') return named;
+    const std::string bin = executableDirectory();
+    return bin.empty() ? std::string() : (fs::path(bin) / kFontName).string();
+}
 
 std::vector<std::string> sampleDirectories() {
     std::vector<std::string> dirs;
-    const fs::path bin = executableDirectory();
-    if (!bin.empty()) dirs.push_back((bin / QEL_SAMPLES_FROM_BIN).lexically_normal().string());
+    const std::string bin = executableDirectory();
+    if (!bin.empty()) dirs.push_back((fs::path(bin) / QEL_SAMPLES_FROM_BIN).lexically_normal().string());
     if (std::string(QEL_SAMPLES_SOURCE_DIR).size() > 0) dirs.push_back(QEL_SAMPLES_SOURCE_DIR);
     return dirs;
 }

@@ -1,4 +1,5 @@
-// Where the qel tool finds the sample pictures it is shipped with.
+// Where the qel tool finds the files it is shipped with: the sample pictures, and the font the
+// library's text functions read.
 #ifndef QEL_TOOL_SAMPLES_H
 #define QEL_TOOL_SAMPLES_H
 
@@ -6,6 +7,13 @@
 #include <vector>
 
 namespace cli {
+
+// The directory of the running executable, "" where the system does not say.
+std::string executableDirectory();
+
+// The font file the library's text functions read: the file QEL_FONT_FILE names when it is set
+// and not empty, else hzk16.dat in the executable's directory ("" when that is unknown).
+std::string fontFile();
 
 // The places a bundled sample is looked for, in order: the installed copy, in the samples
 // directory the install puts beside the executable (PREFIX/share/qel/samples for PREFIX/bin/qel),
