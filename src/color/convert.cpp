@@ -159,10 +159,10 @@ int camera_blocks_420(const unsigned char* const bgrRows[2],
                 const __m128i red = q % 2 == 0 ? _mm_unpacklo_epi8(r8, zero) : _mm_unpackhi_epi8(r8, zero);
                 const __m128i luma = shifted16(simd::weighted3(b, g, red, wLumaBG, wLumaR), qel::kYuvShift);
                 _mm_storel_epi64(reinterpret_cast<__m128i*>(rows[r].luma + x + 8 * q), _mm_packus_epi16(luma, zero));
-                const __m128i u = shifted16(simd::weighted3(b, g, red, wUBG, wUR), qel::kYuvShift);
-                const __m128i v = shifted16(simd::weighted3(b, g, red, wVBG, wVR), qel::kYuvShift);
-                uSum[q] = _mm_add_epi16(uSum[q], _mm_add_epi16(u, offset));
-                vSum[q] = _mm_add_epi16(vSum[q], _mm_add_epi16(v, offset));
+                const __m128i uPixel = shifted16(simd::weighted3(b, g, red, wUBG, wUR), qel::kYuvShift);
+                const __m128i vPixel = shifted16(simd::weighted3(b, g, red, wVBG, wVR), qel::kYuvShift);
+                uSum[q] = _mm_add_epi16(uSum[q], _mm_add_epi16(uPixel, offset));
+                vSum[q] = _mm_add_epi16(vSum[q], _mm_add_epi16(vPixel, offset));
             }
         }
         // Sums of horizontal pairs, then the mean of four by a right shift of 2.
