@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Installs what building and testing Qel needs on Debian/Ubuntu, when it is missing:
 # a C++17 compiler, CMake, Ninja, GoogleTest and Google Benchmark, GNU Unifont (the source of the
-# generated font file hzk16.dat), and for the qel tool only libpng and libjpeg (libjpeg-turbo).
+# generated font file hzk16.dat), for the qel tool only libpng and libjpeg (libjpeg-turbo), and for
+# the Python package pybind11, the Python development files, numpy, pytest, hypothesis and dask
+# (Debian's own python3 packages, for the interpreter /usr/bin/python3).
 set -euo pipefail
 need=()
 command -v c++ >/dev/null 2>&1 || need+=(g++)
@@ -19,6 +21,18 @@ apt-cache show "$jpeg_dev" >/dev/null 2>&1 || jpeg_dev=libjpeg-dev
 if [ "${1:-}" = "bench" ]; then
   [ -f /usr/include/opencv4/opencv2/imgproc.hpp ] || need+=(libopencv-dev)
 fi
+[ -f /usr/include/pybind11/pybind11.h ] || need+=(pybind11-dev)
+[ -f /usr/bin/python3 ] || need+=(python3)
+python_has() { /usr/bin/python3 -c "import $1" >/dev/null 2>&1; }
+pyinc=$(/usr/bin/python3 -c 'import sysconfig; print(sysconfig.get_paths()["include"])' 2>/dev/null || true)
+[ -n "$pyinc" ] && [ -f "$pyinc/Python.h" ] || need+=(python3-dev)
+python_has numpy || need+=(python3-numpy)
+python_has pytest || need+=(python3-pytest)
+python_has hypothesis || need+=(python3-hypothesis)
+python_has dask || need+=(python3-dask)
+python_has distributed || need+=(python3-distributed)
+python_has setuptools || need+=(python3-setuptools)
+command -v pip3 >/dev/null 2>&1 || /usr/bin/python3 -m pip --version >/dev/null 2>&1 || need+=(python3-pip)
 if [ ${#need[@]} -gt 0 ]; then
   sudo=""
   [ "$(id -u)" -eq 0 ] || sudo="sudo"

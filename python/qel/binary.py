@@ -1,0 +1,7 @@
+"""Binary morphology, thinning, run lengths and run-length regions (qel/binary.h)."""
+
+from ._qel import binary as _native
+
+# Every function of the compiled submodule, under its own name.
+__all__ = [name for name in dir(_native) if not name.startswith("_")]
+globals().update((name, getattr(_native, name)) for name in __all__)

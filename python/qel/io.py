@@ -1,0 +1,7 @@
+"""BMP files, frame setters, file base names, the list-file reader and the debug log (qel/io.h)."""
+
+from ._qel import io as _native
+
+# Every function of the compiled submodule, under its own name.
+__all__ = [name for name in dir(_native) if not name.startswith("_")]
+globals().update((name, getattr(_native, name)) for name in __all__)
