@@ -4,6 +4,7 @@
 #include "common/image.h"
 #include "common/inspect.h"
 #include "common/samples.h"
+#include "common/text.h"
 
 #include <gtest/gtest.h>
 
@@ -82,7 +83,9 @@ TEST(Inspect, RectanglesGiveTheirHandWorkedMeasures) {
 
 TEST(Inspect, AnnotationBoxesInRedAndCrossesInGreenOnAColourCopy) {
     const cli::Image img = twoRectangles();
-    const cli::InspectResult r = cli::inspect(img, given(100));
+    cli::InspectOptions o = given(100);
+    o.numbers = false;  // the picture is too small for numbers that stay clear of the boxes
+    const cli::InspectResult r = cli::inspect(img, o);
     ASSERT_EQ(r.annotated.channels, 3);
     ASSERT_EQ(r.annotated.width, 20);
     const std::vector<int> red = {255, 0, 0};
@@ -94,6 +97,46 @@ TEST(Inspect, AnnotationBoxesInRedAndCrossesInGreenOnAColourCopy) {
     EXPECT_EQ(rgbAt(r.annotated, 9, 4), green) << "the horizontal arm lies on the centre's row";
     EXPECT_EQ(rgbAt(r.annotated, 3, 3), (std::vector<int>{200, 200, 200}));
     EXPECT_EQ(rgbAt(r.annotated, 0, 11), (std::vector<int>{kBackground, kBackground, kBackground}));
+}
+
+// Counts the pixels of the 8 x 9 cell at (x, y) that are yellow; fails on any pixel neither yellow
+// nor black.
+int yellowInCell(const cli::Image& img, int x, int y) {
+    int yellow = 0;
+    for (int j = y; j < y + cli::kDigitHeight; ++j)
+        for (int i = x; i < x + 8; ++i) {
+            const std::vector<int> c = rgbAt(img, i, j);
+            if (c == std::vector<int>{255, 255, 0}) {
+                ++yellow;
+            } else {
+                EXPECT_EQ(c, (std::vector<int>{0, 0, 0})) << i << "," << j;
+            }
+        }
+    return yellow;
+}
+
+TEST(Inspect, NumbersSitAboveTheBoxesOrBelowThemAtTheTop) {
+    // Twelve squares: 1..11 in a row near the top edge, where numbers go below the boxes, and the
+    // twelfth lower down, numbered above its box with two digits.
+    cli::Image img = greyImage(200, 60, kBackground);
+    for (int i = 0; i < 11; ++i) fillRect(img, 2 + 18 * i, 11 + 18 * i, 1, 10, 200);
+    fillRect(img, 100, 119, 35, 54, 200);
+    const cli::InspectResult r = cli::inspect(img, given(100));
+    ASSERT_EQ(r.objects.size(), 12u);
+    for (int i = 0; i < 11; ++i) {
+        const cli::InspectObject& o = r.objects[static_cast<size_t>(i)];
+        EXPECT_GT(yellowInCell(r.annotated, o.left, o.bottom + 2), 10) << "number " << i + 1;
+    }
+    const cli::InspectObject& last = r.objects[11];
+    EXPECT_EQ(last.top, 35);
+    EXPECT_GT(yellowInCell(r.annotated, last.left, 35 - 10), 10) << "the 1 of 12";
+    EXPECT_GT(yellowInCell(r.annotated, last.left + 8, 35 - 10), 10) << "the 2 of 12";
+    EXPECT_EQ(rgbAt(r.annotated, last.left + 16, 30), (std::vector<int>{kBackground, kBackground, kBackground}));
+    // Without numbers those cells keep the picture.
+    cli::InspectOptions plain = given(100);
+    plain.numbers = false;
+    EXPECT_EQ(rgbAt(cli::inspect(img, plain).annotated, last.left + 3, 30),
+              (std::vector<int>{kBackground, kBackground, kBackground}));
 }
 
 TEST(Inspect, DarkObjectsOnAnInvertedPictureAreTheSameObjects) {

@@ -4,18 +4,10 @@
 #include "common/geometry.h"
 #include "common/image.h"
 
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
-
-// A number as the user would write it: 30, 12.5, 0.25.
-std::string number(double v) {
-    std::ostringstream text;
-    text << v;
-    return text.str();
-}
 
 // ---- qel rotate ----------------------------------------------------------------------------------
 int runRotate(const cli::Args& args) {
@@ -30,7 +22,7 @@ int runRotate(const cli::Args& args) {
     const std::string out = args.positional()[1];
     cli::checkOutputName(out);
     const cli::Image picture = cli::loadImage(in);
-    std::string what = "rotated " + number(degrees) + " degrees";
+    std::string what = "rotated " + cli::shortNumber(degrees) + " degrees";
     cli::Image rotated;
     if (aboutCentre) {
         bool filled = false;

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <sstream>
 #include <system_error>
 
 namespace cli {
@@ -175,6 +176,12 @@ void writeFile(const std::string& path, const std::vector<unsigned char>& bytes)
         throw Failure("cannot write '" + path + "'");
     }
     moveIntoPlace(temp, path);
+}
+
+std::string shortNumber(double value) {
+    std::ostringstream text;
+    text << value;
+    return text.str();
 }
 
 std::string extensionOf(const std::string& path) {

@@ -80,6 +80,9 @@ std::string temporaryName(const std::string& path);
 // file removed) when that is impossible.
 void moveIntoPlace(const std::string& temp, const std::string& path);
 
+// A number as the user would write it, in at most 6 significant digits: 30, 12.5, 0.333.
+std::string shortNumber(double value);
+
 // Lower-case extension of a file name without its dot ("" when there is none).
 std::string extensionOf(const std::string& path);
 

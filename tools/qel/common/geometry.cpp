@@ -5,6 +5,7 @@
 
 #include <qel.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <new>
@@ -14,7 +15,10 @@ namespace cli {
 namespace {
 
 constexpr double kDegreesPerQuarter = 90.0;
-constexpr double kPi = 3.1415926;  // the approximation QelRotateImgByCCS turns its angle with
+// The approximations of pi the library turns its angles with: QelRotateImgByCCS, and the bilinear
+// rectangle extractors.
+constexpr double kPi = 3.1415926;
+constexpr double kExtractorPi = 3.1415;
 constexpr double kRotationScale = 1024.0;  // QelRotateImgByCCS's fixed-point factor
 constexpr int kBlack = 0;
 
@@ -54,6 +58,23 @@ Image rotatePlane(const Image& plane, double degrees) {
     out.channels = 1;
     out.pixels.assign(rotated.get(), rotated.get() + static_cast<size_t>(width) * static_cast<size_t>(height));
     return out;
+}
+
+// The picture with its last column and row repeated once more. The fill form of the bilinear
+// extractor fills every sample whose right or lower neighbour lies outside, even with a weight of
+// 0; with the extra column and row, a sample is filled only when its source lies outside the
+// picture itself (x or y below 0, or at width or height and beyond).
+Image withRepeatedEdge(const Image& image) {
+    const size_t bpp = static_cast<size_t>(image.channels);
+    const size_t row = static_cast<size_t>(image.width) * bpp;
+    Image padded = blankImage(image.width + 1, image.height + 1, image.channels);
+    for (int y = 0; y <= image.height; ++y) {
+        const unsigned char* from = &image.pixels[static_cast<size_t>(y < image.height ? y : y - 1) * row];
+        unsigned char* to = &padded.pixels[static_cast<size_t>(y) * (row + bpp)];
+        std::copy(from, from + row, to);
+        std::copy(from + row - bpp, from + row, to + row);
+    }
+    return padded;
 }
 
 // ---- resizing ----
@@ -125,21 +146,23 @@ Image rotateAbout(const Image& image, double degrees, int cx, int cy, bool* fill
     if (cx < 0 || cx >= image.width || cy < 0 || cy >= image.height)
         throw UsageError("the centre " + std::to_string(cx) + "," + std::to_string(cy) + " lies outside the " +
                          std::to_string(image.width) + " x " + std::to_string(image.height) + " picture");
+    checkNewSize(image.width + 1.0, image.height + 1.0, "the rotated picture's source");
     // The extractor samples the source at origin + (i·cos − j·sin, i·sin + j·cos): turning the
     // picture clockwise by `degrees` samples along the angle −degrees, and the origin is the
     // source point that puts the centre onto itself.
     const double sourceAngle = -degrees;
-    const double theta = sourceAngle * kPi / 180.0;
+    const double theta = sourceAngle * kExtractorPi / 180.0;
     const double c = std::cos(theta);
     const double s = std::sin(theta);
     const int x0 = static_cast<int>(std::lround(cx - (cx * c - cy * s)));
     const int y0 = static_cast<int>(std::lround(cy - (cx * s + cy * c)));
+    const Image source = withRepeatedEdge(image);
     Image out = blankImage(image.width, image.height, image.channels);
     const bool anyFilled =
-        image.isGrey() ? QelCopyRectFromRotateCCS(data(image), image.width, image.height, x0, y0, sourceAngle, kBlack,
+        image.isGrey() ? QelCopyRectFromRotateCCS(data(source), source.width, source.height, x0, y0, sourceAngle, kBlack,
                                                   out.pixels.data(), out.width, out.height)
-                       : QelRgbCopyRectFromRotateCCS(data(image), image.width, image.height, x0, y0, sourceAngle, kBlack,
-                                                     out.pixels.data(), out.width, out.height);
+                       : QelRgbCopyRectFromRotateCCS(data(source), source.width, source.height, x0, y0, sourceAngle,
+                                                     kBlack, out.pixels.data(), out.width, out.height);
     if (filled != nullptr) *filled = anyFilled;
     return out;
 }
@@ -176,6 +199,9 @@ const ResizeMethodInfo& resizeMethodNamed(const std::string& name) {
 
 void sizeForScale(const Image& image, double scale, const ResizeMethodInfo& method, int* width, int* height) {
     if (!(std::isfinite(scale) && scale > 0.0)) throw UsageError("--scale wants a positive number");
+    if (!method.enlarges && scale > 1.0)
+        throw UsageError(std::string("--method ") + method.name + " only shrinks; --scale " + shortNumber(scale) +
+                         " enlarges (bilinear does)");
     double w = 0.0;
     double h = 0.0;
     if (method.wholeSteps) {
@@ -184,9 +210,9 @@ void sizeForScale(const Image& image, double scale, const ResizeMethodInfo& meth
         const double step = std::round(1.0 / scale);
         if (!(step >= 1.0 && std::fabs(step * scale - 1.0) <= kTolerance))
             throw UsageError(std::string("--method ") + method.name + " shrinks by whole steps: --scale wants 1/k " +
-                             "(1, 0.5, 0.333, 0.25, ...), got " + std::to_string(scale));
+                             "(1, 0.5, 0.333, 0.25, ...), got " + shortNumber(scale));
         if (step > image.width || step > image.height)
-            throw UsageError("--scale " + std::to_string(scale) + " leaves nothing of the " + std::to_string(image.width) +
+            throw UsageError("--scale " + shortNumber(scale) + " leaves nothing of the " + std::to_string(image.width) +
                              " x " + std::to_string(image.height) + " picture");
         w = static_cast<double>(image.width / static_cast<int>(step));
         h = static_cast<double>(image.height / static_cast<int>(step));

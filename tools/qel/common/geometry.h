@@ -22,9 +22,11 @@ Image rotateImage(const Image& image, double degrees);
 
 // The picture turned about the pixel (cx, cy), which must lie inside it, into a picture of the same
 // size: bilinear samples from QelCopyRectFromRotateCCS (QelRgbCopyRectFromRotateCCS for colour)
-// in its fill form, so pixels whose source lies outside the picture are black. The library takes
-// the source of the top-left output pixel as whole pixels, so the centre stays put to within half
-// a pixel. `filled`, when given, tells whether any pixel was left black that way.
+// in its fill form, so pixels whose source lies outside the picture are black (the sampler is
+// given the picture with its last column and row repeated, so that the samples of the picture's
+// own last column and row are kept). The library takes the source of the top-left output pixel as
+// whole pixels, so the centre stays put to within half a pixel. `filled`, when given, tells
+// whether any pixel was left black. UsageError when the picture has more than kMaxNewPixels.
 Image rotateAbout(const Image& image, double degrees, int cx, int cy, bool* filled = nullptr);
 
 // ---- flips ---------------------------------------------------------------------------------------

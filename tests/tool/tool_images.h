@@ -1,0 +1,42 @@
+// Pictures for the tool's tests: random and hand-made cli::Image values and their pixels.
+#ifndef QEL_TOOL_TEST_IMAGES_H
+#define QEL_TOOL_TEST_IMAGES_H
+
+#include "common/cli.h"
+#include "common/image.h"
+#include "support/test_images.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace tool_test {
+
+// A width x height picture of random bytes, grey (1 channel) or B, G, R (3).
+inline cli::Image randomPicture(int width, int height, int channels, unsigned seed) {
+    cli::Image img = cli::blankImage(width, height, channels);
+    img.pixels = qel_test::random_bytes(img.pixels.size(), seed);
+    return img;
+}
+
+// Byte `channel` (0 blue, 1 green, 2 red; 0 for grey) of pixel (x, y).
+inline int at(const cli::Image& img, int x, int y, int channel = 0) {
+    const size_t i = (static_cast<size_t>(y) * static_cast<size_t>(img.width) + static_cast<size_t>(x)) *
+                     static_cast<size_t>(img.channels);
+    return img.pixels[i + static_cast<size_t>(channel)];
+}
+
+// The message of the UsageError `f` throws, or "" when it throws none.
+template <class F>
+std::string refusal(F f) {
+    try {
+        f();
+    } catch (const cli::UsageError& e) {
+        return e.what();
+    }
+    return "";
+}
+
+}  // namespace tool_test
+
+#endif
