@@ -5,6 +5,7 @@
 #include "common/cli.h"
 #include "common/image.h"
 #include "support/test_images.h"
+#include "tool/tool_images.h"
 
 #include <qel.h>
 
@@ -20,6 +21,7 @@ namespace {
 
 using qel_test::Bytes;
 using qel_test::TempFile;
+using tool_test::randomPicture;
 
 std::string data(const std::string& name) { return std::string(QEL_TEST_DATA_DIR) + "/" + name; }
 
@@ -38,15 +40,6 @@ void expectSamePicture(const cli::Image& a, const cli::Image& b, const std::stri
     EXPECT_EQ(a.height, b.height) << what;
     EXPECT_EQ(a.channels, b.channels) << what;
     EXPECT_EQ(a.pixels, b.pixels) << what;
-}
-
-cli::Image randomImage(int width, int height, int channels, unsigned seed) {
-    cli::Image img;
-    img.width = width;
-    img.height = height;
-    img.channels = channels;
-    img.pixels = qel_test::random_bytes(static_cast<size_t>(width) * static_cast<size_t>(height) * static_cast<size_t>(channels), seed);
-    return img;
 }
 
 // ---- reading --------------------------------------------------------------------------------------
@@ -175,7 +168,7 @@ TEST(ImageFiles, GreyAndColourLoadersConvert) {
 TEST(ImageFiles, BmpAndPngRoundTripsAreExact) {
     for (const char* ext : {".bmp", ".png", ".PNG"}) {
         for (int channels : {1, 3}) {
-            const cli::Image img = randomImage(13, 9, channels, 5u + static_cast<unsigned>(channels));
+            const cli::Image img = randomPicture(13, 9, channels, 5u + static_cast<unsigned>(channels));
             TempFile file(std::string("trip") + std::to_string(channels) + ext);
             cli::saveImage(img, file.c_str());
             expectSamePicture(cli::loadImage(file.c_str()), img, file.c_str());
@@ -184,7 +177,7 @@ TEST(ImageFiles, BmpAndPngRoundTripsAreExact) {
 }
 
 TEST(ImageFiles, MarkingColoursShowInBmpAndPngAlike) {
-    cli::Image img = randomImage(6, 4, 1, 9);
+    cli::Image img = randomPicture(6, 4, 1, 9);
     for (int level = 250; level < 256; ++level) img.pixels[static_cast<size_t>(level - 250)] = static_cast<unsigned char>(level);
     TempFile bmp("marks.bmp");
     TempFile png("marks.png");
@@ -207,7 +200,7 @@ TEST(ImageFiles, OutputNamesChooseTheFormatOrAreRefused) {
     EXPECT_THROW(cli::checkOutputName(dir), cli::UsageError);
     // A write that fails is a Failure and leaves no file behind.
     const std::string lost = dir + "/missing/out.png";
-    EXPECT_THROW(cli::saveImage(randomImage(2, 2, 1, 1), lost), cli::Failure);
+    EXPECT_THROW(cli::saveImage(randomPicture(2, 2, 1, 1), lost), cli::Failure);
     EXPECT_FALSE(std::filesystem::exists(lost + ".part"));
     std::filesystem::remove_all(dir);
 }

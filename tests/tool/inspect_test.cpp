@@ -5,6 +5,7 @@
 #include "common/inspect.h"
 #include "common/samples.h"
 #include "common/text.h"
+#include "tool/tool_images.h"
 
 #include <gtest/gtest.h>
 
@@ -15,21 +16,9 @@
 
 namespace {
 
+using tool_test::fillRect;
+
 constexpr unsigned char kBackground = 50;
-
-cli::Image greyImage(int width, int height, unsigned char level) {
-    cli::Image img;
-    img.width = width;
-    img.height = height;
-    img.channels = 1;
-    img.pixels.assign(static_cast<size_t>(width) * static_cast<size_t>(height), level);
-    return img;
-}
-
-void fillRect(cli::Image& img, int x1, int x2, int y1, int y2, unsigned char level) {
-    for (int y = y1; y <= y2; ++y)
-        for (int x = x1; x <= x2; ++x) img.pixels[static_cast<size_t>(y * img.width + x)] = level;
-}
 
 // Colour of the annotated picture at (x, y) as red, green, blue.
 std::vector<int> rgbAt(const cli::Image& img, int x, int y) {
@@ -39,7 +28,7 @@ std::vector<int> rgbAt(const cli::Image& img, int x, int y) {
 
 // Two rectangles on a background of 50: A, 6 x 4 at 200; B, 6 x 7 at 180 with one pixel at 220.
 cli::Image twoRectangles() {
-    cli::Image img = greyImage(20, 12, kBackground);
+    cli::Image img = cli::blankImage(20, 12, 1, kBackground);
     fillRect(img, 2, 7, 2, 5, 200);
     fillRect(img, 11, 16, 3, 9, 180);
     img.pixels[6 * 20 + 13] = 220;
@@ -118,7 +107,7 @@ int yellowInCell(const cli::Image& img, int x, int y) {
 TEST(Inspect, NumbersSitAboveTheBoxesOrBelowThemAtTheTop) {
     // Twelve squares: 1..11 in a row near the top edge, where numbers go below the boxes, and the
     // twelfth lower down, numbered above its box with two digits.
-    cli::Image img = greyImage(200, 60, kBackground);
+    cli::Image img = cli::blankImage(200, 60, 1, kBackground);
     for (int i = 0; i < 11; ++i) fillRect(img, 2 + 18 * i, 11 + 18 * i, 1, 10, 200);
     fillRect(img, 100, 119, 35, 54, 200);
     const cli::InspectResult r = cli::inspect(img, given(100));
@@ -166,7 +155,7 @@ TEST(Inspect, MinimumAreaCountsEveryEnclosedPixel) {
     ASSERT_EQ(r.objects.size(), 1u);
     EXPECT_EQ(r.objects[0].area, 42);
     // A ring: its hole counts towards the area and the mean grey.
-    cli::Image ring = greyImage(12, 12, 0);
+    cli::Image ring = cli::blankImage(12, 12, 1, 0);
     fillRect(ring, 2, 9, 2, 9, 255);
     fillRect(ring, 4, 7, 4, 7, 0);
     const cli::InspectResult rr = cli::inspect(ring, given(128, 64));
@@ -176,7 +165,7 @@ TEST(Inspect, MinimumAreaCountsEveryEnclosedPixel) {
 }
 
 TEST(Inspect, SpecksAreRemovedBeforeTracing) {
-    cli::Image img = greyImage(16, 10, 0);
+    cli::Image img = cli::blankImage(16, 10, 1, 0);
     img.pixels[3 * 16 + 3] = 255;                             // a lone pixel
     img.pixels[6 * 16 + 8] = img.pixels[6 * 16 + 9] = 255;    // a domino: each pixel has one neighbour
     EXPECT_TRUE(cli::inspect(img, given(128)).objects.empty());
@@ -187,7 +176,7 @@ TEST(Inspect, SpecksAreRemovedBeforeTracing) {
 }
 
 TEST(Inspect, ChosenThresholdFollowsTheToolsRule) {
-    cli::Image mask = greyImage(10, 10, 0);
+    cli::Image mask = cli::blankImage(10, 10, 1, 0);
     fillRect(mask, 3, 6, 3, 6, 128);
     const cli::InspectResult r = cli::inspect(mask, cli::InspectOptions());
     EXPECT_EQ(r.threshold, 128);
@@ -215,7 +204,7 @@ TEST(Inspect, ColourInputGivesTheObjectsOfItsGrey) {
 
 TEST(Inspect, PicturesWithoutAnInteriorHaveNoObjects) {
     for (const auto& size : {std::vector<int>{1, 1}, {2, 7}, {9, 2}}) {
-        const cli::InspectResult r = cli::inspect(greyImage(size[0], size[1], 255), cli::InspectOptions());
+        const cli::InspectResult r = cli::inspect(cli::blankImage(size[0], size[1], 1, 255), cli::InspectOptions());
         EXPECT_TRUE(r.objects.empty());
         EXPECT_EQ(r.annotated.width, size[0]);
         EXPECT_EQ(r.annotated.pixels.size(), static_cast<size_t>(size[0] * size[1] * 3));
@@ -226,7 +215,7 @@ TEST(Inspect, PicturesWithoutAnInteriorHaveNoObjects) {
 TEST(Inspect, RandomDiscsAreMeasuredExactly) {
     std::mt19937 rng(11);
     for (int trial = 0; trial < 20; ++trial) {
-        cli::Image img = greyImage(120, 90, kBackground);
+        cli::Image img = cli::blankImage(120, 90, 1, kBackground);
         struct Disc {
             int cx, cy, r, level, pixels = 0;
         };

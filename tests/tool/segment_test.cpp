@@ -14,13 +14,9 @@ using tool_test::at;
 // Background 250; A, 32 x 22 of grey 150 holding two 8 x 8 squares of grey 20.
 cli::Image nested() {
     cli::Image img = cli::blankImage(40, 30, 1, 250);
-    const auto fill = [&](int x1, int x2, int y1, int y2, unsigned char v) {
-        for (int y = y1; y <= y2; ++y)
-            for (int x = x1; x <= x2; ++x) img.pixels[static_cast<size_t>(y * 40 + x)] = v;
-    };
-    fill(4, 35, 4, 25, 150);
-    fill(8, 15, 8, 15, 20);
-    fill(20, 27, 8, 15, 20);
+    tool_test::fillRect(img, 4, 35, 4, 25, 150);
+    tool_test::fillRect(img, 8, 15, 8, 15, 20);
+    tool_test::fillRect(img, 20, 27, 8, 15, 20);
     return img;
 }
 

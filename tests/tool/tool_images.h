@@ -19,6 +19,12 @@ inline cli::Image randomPicture(int width, int height, int channels, unsigned se
     return img;
 }
 
+// Sets the grey pixels of columns x1..x2 and rows y1..y2 (ends included) to `level`.
+inline void fillRect(cli::Image& img, int x1, int x2, int y1, int y2, unsigned char level) {
+    for (int y = y1; y <= y2; ++y)
+        for (int x = x1; x <= x2; ++x) img.pixels[static_cast<size_t>(y) * static_cast<size_t>(img.width) + static_cast<size_t>(x)] = level;
+}
+
 // Byte `channel` (0 blue, 1 green, 2 red; 0 for grey) of pixel (x, y).
 inline int at(const cli::Image& img, int x, int y, int channel = 0) {
     const size_t i = (static_cast<size_t>(y) * static_cast<size_t>(img.width) + static_cast<size_t>(x)) *
