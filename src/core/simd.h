@@ -26,6 +26,9 @@ inline __m128i at_least(__m128i v, __m128i t) { return _mm_cmpeq_epi8(_mm_max_ep
 // 0xFF in the bytes of v that are 0, else 0.
 inline __m128i is_zero(__m128i v) { return _mm_cmpeq_epi8(v, _mm_setzero_si128()); }
 
+// Per byte |a − b| (unsigned): one of the two saturating differences is 0.
+inline __m128i abs_diff(__m128i a, __m128i b) { return _mm_or_si128(_mm_subs_epu8(a, b), _mm_subs_epu8(b, a)); }
+
 // Per byte: mask ? a : b.
 inline __m128i select(__m128i mask, __m128i a, __m128i b) {
     return _mm_or_si128(_mm_and_si128(mask, a), _mm_andnot_si128(mask, b));

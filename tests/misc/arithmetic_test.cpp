@@ -24,8 +24,10 @@ void expect_bytes(const Bytes& r, const Bytes& a, const Bytes& b, Ref ref, const
     for (size_t i = 0; i < r.size(); ++i) ASSERT_EQ(r[i], ref(a[i], b[i])) << what << " byte " << i;
 }
 
-TEST(PixelwiseOps, AgreeWithPerByteReferences) {
-    const int w = 13, h = 5, n = w * h * 3;
+// Every width 1..70 (all tails of the 16-byte steps), one to three rows.
+void check_pixelwise_ops(int w, int h) {
+    SCOPED_TRACE(testing::Message() << w << "x" << h);
+    const int n = w * h * 3;
     const auto andOp = [](int x, int y) { return x & y; };
     const auto orOp = [](int x, int y) { return x | y; };
     const auto xorOp = [](int x, int y) { return x ^ y; };
@@ -53,6 +55,25 @@ TEST(PixelwiseOps, AgreeWithPerByteReferences) {
     QelImg1Substract2To1((x = ga).data(), gb.data(), w, h), expect_bytes(x, ga, gb, subOp, "subtract into a");
     QelImg1Substract2To2((x = ga).data(), (y = gb).data(), w, h), expect_bytes(y, ga, gb, subOp, "subtract into b");
     EXPECT_EQ(x, ga);  // the first image is only read
+}
+
+TEST(PixelwiseOps, AgreeWithPerByteReferences) {
+    for (int w = 1; w <= 70; ++w) check_pixelwise_ops(w, 1 + w % 3);
+}
+
+TEST(PixelwiseOps, DifferenceImageAgreesWithPerPixelReference) {
+    for (int w = 1; w <= 70; ++w)
+        for (bool isRGB : {false, true}) {
+            const int h = 1 + w % 3, bpp = isRGB ? 3 : 1;
+            Bytes a = qel_test::random_bytes(w * h * bpp, w), b = qel_test::random_bytes(w * h * bpp, w + 100);
+            Bytes res(w * h);
+            QelDifferenceImg12(a.data(), b.data(), w, h, isRGB, res.data());
+            for (int i = 0; i < w * h; ++i) {
+                int d = 0;
+                for (int c = 0; c < bpp; ++c) d = std::max(d, std::abs(a[i * bpp + c] - b[i * bpp + c]));
+                ASSERT_EQ(res[i], d) << w << "x" << h << (isRGB ? " BGR" : " grey") << " pixel " << i;
+            }
+        }
 }
 
 TEST(PixelwiseOps, DifferenceImageAndItsHistogram) {
