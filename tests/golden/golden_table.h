@@ -1,0 +1,184 @@
+// One table of the library's exported functions: for each overload, how to build valid inputs and
+// outputs for an image of a given size, call it, and collect what it produced. The golden digest
+// test runs every entry on fixed generated images and compares a digest of the outputs with the
+// committed list; a contract sweep can run the same entries on exact-size heap buffers, since every
+// buffer a call sees is allocated here to the size its contract names and nothing larger.
+#ifndef QEL_TESTS_GOLDEN_TABLE_H
+#define QEL_TESTS_GOLDEN_TABLE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace golden {
+
+// A small fixed generator (the standard distributions differ between standard libraries).
+class Generator {
+public:
+    explicit Generator(uint64_t seed) : state_(seed * 2862933555777941757ULL + 3037000493ULL) {}
+    uint32_t next() {
+        state_ = state_ * 6364136223846793005ULL + 1442695040888963407ULL;
+        return static_cast<uint32_t>(state_ >> 33);
+    }
+    int below(int n) { return n > 0 ? static_cast<int>(next() % static_cast<uint32_t>(n)) : 0; }
+
+private:
+    uint64_t state_;
+};
+
+// FNV-1a, 64 bits.
+class Digest {
+public:
+    void add(const void* data, size_t bytes) {
+        const auto* p = static_cast<const unsigned char*>(data);
+        for (size_t i = 0; i < bytes; ++i) {
+            hash_ ^= p[i];
+            hash_ *= 1099511628211ULL;
+        }
+    }
+    uint64_t value() const { return hash_; }
+
+private:
+    uint64_t hash_ = 14695981039346656037ULL;
+};
+
+// The buffers and returned values of one call. Every buffer is its own heap block of exactly the
+// requested size; those marked as results are digested after the call, in the order they were made.
+class Call {
+public:
+    Call(int width, int height, uint64_t seed) : w(width), h(height), gen_(seed) {}
+
+    const int w;
+    const int h;
+    int area() const { return w * h; }
+
+    // ---- inputs (not digested unless marked with result())
+    // Grey: a diagonal ramp with noise and a brighter disc, so edges, peaks and runs exist.
+    unsigned char* grey() { return fill_grey(block<unsigned char>(size_t(area()), false), w, h); }
+    // Binary: 0/255 blocks of 4 x 4 pixels plus a filled rectangle.
+    unsigned char* binary() { return fill_binary(block<unsigned char>(size_t(area()), false), w, h); }
+    // 24-bit B, G, R.
+    unsigned char* bgr() {
+        unsigned char* p = block<unsigned char>(size_t(area()) * 3, false);
+        for (int i = 0; i < area() * 3; ++i) p[i] = static_cast<unsigned char>((i * 37 + gen_.below(64)) & 255);
+        return p;
+    }
+    // Random bytes of any length (camera frames, masks, data).
+    unsigned char* bytes(size_t n) {
+        unsigned char* p = block<unsigned char>(n, false);
+        for (size_t i = 0; i < n; ++i) p[i] = static_cast<unsigned char>(gen_.next() >> 7);
+        return p;
+    }
+    // The 256-bin histogram of a fresh grey image.
+    int* histogram() {
+        int* hist = block<int>(256, false);
+        const unsigned char* g = grey();
+        for (int i = 0; i < area(); ++i) ++hist[g[i]];
+        return hist;
+    }
+    template <class T>
+    T* input(size_t n) { return block<T>(n, false); }
+
+    // ---- outputs: zero-filled, digested after the call
+    template <class T = unsigned char>
+    T* out(size_t n) { return block<T>(n, true); }
+    unsigned char* out_image(int channels = 1) { return out<unsigned char>(size_t(area()) * size_t(channels)); }
+    // In-place images: generated as the inputs above and digested after the call.
+    unsigned char* inout_grey() { return result(grey(), size_t(area())); }
+    unsigned char* inout_binary() { return result(binary(), size_t(area())); }
+    unsigned char* inout_bgr() { return result(bgr(), size_t(area()) * 3); }
+
+    // Marks an existing block as a result (digested after the call).
+    template <class T>
+    T* result(T* p, size_t n) {
+        for (auto& b : blocks_)
+            if (b.data.get() == reinterpret_cast<unsigned char*>(p)) {
+                b.bytes = n * sizeof(T);
+                b.digested = true;
+            }
+        return p;
+    }
+
+    // ---- returned values
+    void value(long long v) { values_.add(&v, sizeof v); }
+    void value(double v) { values_.add(&v, sizeof v); }
+    void value(bool v) { value(static_cast<long long>(v)); }
+    void value(int v) { value(static_cast<long long>(v)); }
+    void value(unsigned int v) { value(static_cast<long long>(v)); }
+
+    // Digest of every result block, then of the returned values.
+    uint64_t digest() const {
+        Digest d;
+        for (const auto& b : blocks_)
+            if (b.digested) d.add(b.data.get(), b.bytes);
+        uint64_t v = values_.value();
+        d.add(&v, sizeof v);
+        return d.value();
+    }
+
+    Generator& gen() { return gen_; }
+
+private:
+    struct Block {
+        std::unique_ptr<unsigned char[]> data;
+        size_t bytes;
+        bool digested;
+    };
+
+    template <class T>
+    T* block(size_t n, bool digested) {
+        const size_t bytes = n * sizeof(T);
+        // new[] of exactly the requested bytes: a read or write past it is a heap overflow.
+        std::unique_ptr<unsigned char[]> data(new unsigned char[bytes == 0 ? 1 : bytes]());
+        T* p = reinterpret_cast<T*>(data.get());
+        blocks_.push_back({std::move(data), bytes, digested});
+        return p;
+    }
+
+    unsigned char* fill_grey(unsigned char* p, int width, int height) {
+        const int cx = width / 2, cy = height / 2, r2 = (width * width + height * height) / 16;
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) {
+                int v = (x * 160) / (width > 1 ? width : 1) + (y * 60) / (height > 1 ? height : 1) + gen_.below(24);
+                if ((x - cx) * (x - cx) + (y - cy) * (y - cy) < r2) v += 30;
+                p[y * width + x] = static_cast<unsigned char>(v > 255 ? 255 : v);
+            }
+        return p;
+    }
+    unsigned char* fill_binary(unsigned char* p, int width, int height) {
+        const int bw = (width + 3) / 4;
+        std::vector<unsigned char> cells(size_t(bw) * size_t((height + 3) / 4));
+        for (auto& c : cells) c = gen_.below(5) < 2 ? 255 : 0;
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) {
+                bool inRect = x >= width / 4 && x <= width / 2 && y >= height / 3 && y <= (2 * height) / 3;
+                p[y * width + x] = inRect ? 255 : cells[size_t(y / 4) * size_t(bw) + size_t(x / 4)];
+            }
+        return p;
+    }
+
+    Generator gen_;
+    std::vector<Block> blocks_;
+    Digest values_;
+};
+
+// One exported function (one overload): `name` is the function's name, with "/form" after it for
+// an overload other than the first declared. `run` makes its buffers through the Call for the
+// Call's size, calls it with fixed parameters inside its contract, and records returned values.
+struct Entry {
+    const char* name;
+    void (*run)(Call&);
+};
+
+// The function's name without the "/form" suffix.
+inline std::string base_name(const char* name) {
+    const char* slash = std::strchr(name, '/');
+    return slash ? std::string(name, slash) : std::string(name);
+}
+
+}  // namespace golden
+
+#endif  // QEL_TESTS_GOLDEN_TABLE_H
