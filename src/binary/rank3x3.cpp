@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -51,58 +52,77 @@ void spread_3x3(const unsigned char* image, int width, int x0, int x1, int y0, i
 }
 
 #ifdef QEL_SIMD_SSE2
-// The whole-image spread row by row on byte masks, with the same result as spread_3x3 over the
-// whole interior. A centre spreads when it is interior, of the rule's kind and has a zero among its
-// 8 neighbours; a pixel of out takes the rule's value when one of its 8 neighbours (not itself)
-// spreads, and keeps its input value otherwise. Mask rows are padded by one byte on each side, so
-// pixel x sits at index x + 1 and the pads stand for the columns outside the image.
+// The whole-image spread on bit rows, with the same result as spread_3x3 over the whole interior.
+// Bit x of word x / 64 stands for column x. A centre spreads when it is interior, of the rule's kind
+// and has a zero among its 8 neighbours; a pixel of out takes the rule's value when one of its 8
+// neighbours (not itself) spreads, and keeps its input value otherwise. Packing 64 pixels into a
+// word makes the neighbourhood a few shifts and ORs, and lets stretches where nothing spreads be
+// copied whole.
+using Bits = uint64_t;
+constexpr int kWordBits = 64;
 
-// Spreading mask of interior row `mid` (rows above and below it given) into the padded row n.
-void spreading_row(const unsigned char* above, const unsigned char* mid, const unsigned char* below, int width,
-                   Spread rule, unsigned char* n) {
-    int x = 1;
-    for (; x + simd::kLanes + 1 <= width; x += simd::kLanes) {
-        const unsigned char* a = above + x - 1;
-        const unsigned char* m = mid + x - 1;
-        const unsigned char* b = below + x - 1;
-        __m128i zeroNear = _mm_or_si128(simd::is_zero(simd::load(a)), simd::is_zero(simd::load(a + 1)));
-        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(a + 2)));
-        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(m)));
-        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(m + 2)));
-        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(b)));
-        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(b + 1)));
-        zeroNear = _mm_or_si128(zeroNear, simd::is_zero(simd::load(b + 2)));
-        const __m128i centreZero = simd::is_zero(simd::load(m + 1));
-        const __m128i spreads =
-            rule.fromObject ? _mm_andnot_si128(centreZero, zeroNear) : _mm_and_si128(centreZero, zeroNear);
-        simd::store(n + x + 1, spreads);
-    }
-    for (; x < width - 1; ++x) {
-        const bool zeroNear = above[x - 1] == 0 || above[x] == 0 || above[x + 1] == 0 || mid[x - 1] == 0 ||
-                              mid[x + 1] == 0 || below[x - 1] == 0 || below[x] == 0 || below[x + 1] == 0;
-        n[x + 1] = (mid[x] != 0) == rule.fromObject && zeroNear ? 0xFF : 0;
+// The bits of the column to the left (bit x holds column x − 1) and to the right (column x + 1).
+// Every bit row has a clear word before and after it, so word k − 1 and k + 1 can always be read.
+Bits from_left(const Bits* row, int k) { return (row[k] << 1) | (row[k - 1] >> (kWordBits - 1)); }
+Bits from_right(const Bits* row, int k) { return (row[k] >> 1) | (row[k + 1] << (kWordBits - 1)); }
+
+// Bit x set where row[x] is 0; bits past the width stay clear.
+void zero_bits(const unsigned char* row, int width, Bits* bits) {
+    for (int k = 0, x0 = 0; x0 < width; ++k, x0 += kWordBits) {
+        Bits word = 0;
+        if (x0 + kWordBits <= width) {
+            for (int j = 0; j < kWordBits / simd::kLanes; ++j) {
+                const unsigned lanes =
+                    static_cast<unsigned>(_mm_movemask_epi8(simd::is_zero(simd::load(row + x0 + j * simd::kLanes))));
+                word |= static_cast<Bits>(lanes) << (j * simd::kLanes);
+            }
+        } else {
+            for (int x = x0; x < width; ++x) word |= static_cast<Bits>(row[x] == 0) << (x - x0);
+        }
+        bits[k] = word;
     }
 }
 
-// One output row from the padded spreading masks of the rows above, at and below it.
-void spread_row(const unsigned char* nAbove, const unsigned char* nMid, const unsigned char* nBelow,
-                const unsigned char* in, int width, Spread rule, unsigned char* out) {
-    const __m128i value = _mm_set1_epi8(static_cast<char>(rule.value));
-    int x = 0;
-    for (; x + simd::kLanes <= width; x += simd::kLanes) {
-        __m128i near = _mm_or_si128(simd::load(nAbove + x), simd::load(nAbove + x + 1));
-        near = _mm_or_si128(near, simd::load(nAbove + x + 2));
-        near = _mm_or_si128(near, simd::load(nMid + x));
-        near = _mm_or_si128(near, simd::load(nMid + x + 2));
-        near = _mm_or_si128(near, simd::load(nBelow + x));
-        near = _mm_or_si128(near, simd::load(nBelow + x + 1));
-        near = _mm_or_si128(near, simd::load(nBelow + x + 2));
-        simd::store(out + x, simd::select(near, value, simd::load(in + x)));
+// 0xFF in byte i where bit i of `lanes` (16 bits) is set.
+__m128i bytes_of_bits(unsigned lanes) {
+    const __m128i pattern = _mm_set_epi8(-128, 64, 32, 16, 8, 4, 2, 1, -128, 64, 32, 16, 8, 4, 2, 1);
+    const __m128i low = _mm_set1_epi8(static_cast<char>(lanes & 0xFF));
+    const __m128i high = _mm_set1_epi8(static_cast<char>(lanes >> 8));
+    return _mm_cmpeq_epi8(_mm_and_si128(_mm_unpacklo_epi64(low, high), pattern), pattern);
+}
+
+// A bit row with its two horizontal neighbourhoods: `across` holds columns x − 1 .. x + 1 and
+// `sides` columns x − 1 and x + 1, so that each row's shifts are done once for the three rows that
+// use them.
+struct BitRow {
+    Bits* bits;
+    Bits* across;
+    Bits* sides;
+    void spans(int words) const {
+        for (int k = 0; k < words; ++k) {
+            sides[k] = from_left(bits, k) | from_right(bits, k);
+            across[k] = sides[k] | bits[k];
+        }
     }
-    for (; x < width; ++x) {
-        const bool near = (nAbove[x] | nAbove[x + 1] | nAbove[x + 2] | nMid[x] | nMid[x + 2] | nBelow[x] |
-                           nBelow[x + 1] | nBelow[x + 2]) != 0;
-        out[x] = near ? rule.value : in[x];
+};
+
+// out := in, with the rule's value at the columns whose bit is set in `near`.
+void write_row(const unsigned char* in, const Bits* near, int width, unsigned char value, unsigned char* out) {
+    const __m128i fill = _mm_set1_epi8(static_cast<char>(value));
+    for (int k = 0, x0 = 0; x0 < width; ++k, x0 += kWordBits) {
+        if (x0 + kWordBits > width) {
+            for (int x = x0; x < width; ++x) out[x] = (near[k] >> (x - x0)) & 1 ? value : in[x];
+        } else if (near[k] == 0) {
+            for (int j = 0; j < kWordBits; j += simd::kLanes) simd::store(out + x0 + j, simd::load(in + x0 + j));
+        } else if (near[k] == ~Bits{0}) {
+            for (int j = 0; j < kWordBits; j += simd::kLanes) simd::store(out + x0 + j, fill);
+        } else {
+            for (int j = 0; j < kWordBits; j += simd::kLanes) {
+                const unsigned lanes = static_cast<unsigned>(near[k] >> j) & 0xFFFFu;
+                const __m128i v = simd::load(in + x0 + j);
+                simd::store(out + x0 + j, lanes == 0 ? v : simd::select(bytes_of_bits(lanes), fill, v));
+            }
+        }
     }
 }
 
@@ -111,24 +131,54 @@ void spread_whole(const unsigned char* image, int width, int height, Spread rule
         std::memcpy(out, image, static_cast<size_t>(std::max(width, 0)) * static_cast<size_t>(std::max(height, 0)));
         return;
     }
-    const size_t padded = static_cast<size_t>(width) + 2;
-    // Three rolling mask rows (row r in slot r % 3) and one row of zeros for outside the image and
-    // for the top and bottom rows, which are never centres.
-    std::vector<unsigned char> masks(4 * padded, 0);
-    unsigned char* zeros = masks.data() + 3 * padded;
-    const auto slot = [&](int r) { return masks.data() + static_cast<size_t>(r % 3) * padded; };
+    const int words = (width + kWordBits - 1) / kWordBits;
+    const size_t span = static_cast<size_t>(words) + 2;  // with the clear word at each end
+    // Rolling bit rows (row r in slot r % 3) of zero pixels and of spreading centres, a row of no
+    // bits for the top and bottom rows (never centres), the interior columns 1 .. width − 2 and the
+    // output's neighbour bits.
+    std::vector<Bits> store(23 * span, 0);
+    const auto slot = [&](int k) { return store.data() + static_cast<size_t>(k) * span + 1; };
+    const auto bitRow = [&](int k) { return BitRow{slot(3 * k), slot(3 * k + 1), slot(3 * k + 2)}; };
+    const BitRow none = bitRow(6);
+    Bits* interior = slot(21);
+    Bits* near = slot(22);
+    const auto zeroRow = [&](int r) { return bitRow(r % 3); };
+    const auto spreadRow = [&](int r) { return r >= 1 && r <= height - 2 ? bitRow(3 + r % 3) : none; };
     const auto row = [&](const unsigned char* base, int r) { return base + static_cast<std::ptrdiff_t>(r) * width; };
-    spreading_row(row(image, 0), row(image, 1), row(image, 2), width, rule, slot(1));
+    for (int x = 1; x < width - 1; ++x) interior[x / kWordBits] |= Bits{1} << (x % kWordBits);
+
+    const auto zeros = [&](int r) {
+        const BitRow z = zeroRow(r);
+        zero_bits(row(image, r), width, z.bits);
+        z.spans(words);
+    };
+    // Spreading bits of centre row r from the zero bits of rows r − 1 .. r + 1.
+    const auto spreading = [&](int r) {
+        const BitRow a = zeroRow(r - 1);
+        const BitRow m = zeroRow(r);
+        const BitRow b = zeroRow(r + 1);
+        const BitRow s = spreadRow(r);
+        for (int k = 0; k < words; ++k) {
+            const Bits kind = rule.fromObject ? ~m.bits[k] : m.bits[k];
+            s.bits[k] = kind & interior[k] & (a.across[k] | b.across[k] | m.sides[k]);
+        }
+        s.spans(words);
+    };
+    zeros(0);
+    zeros(1);
+    zeros(2);
+    spreading(1);
     for (int y = 0; y < height; ++y) {
-        const int next = y + 1;
-        if (next >= 2 && next <= height - 2)
-            spreading_row(row(image, next - 1), row(image, next), row(image, next + 1), width, rule, slot(next));
-        else if (next == height - 1)
-            std::memset(slot(next), 0, padded);
-        const unsigned char* above = y >= 1 ? slot(y - 1) : zeros;
-        const unsigned char* below = next <= height - 1 ? slot(next) : zeros;
-        spread_row(above, slot(y), below, row(image, y), width, rule,
-                   out + static_cast<std::ptrdiff_t>(y) * width);
+        // Centre row y + 1 needs image row y + 2; its zero bits replace those of row y − 1.
+        if (y + 1 >= 2 && y + 1 <= height - 2) {
+            zeros(y + 2);
+            spreading(y + 1);
+        }
+        const BitRow above = y >= 2 ? spreadRow(y - 1) : none;
+        const BitRow mid = spreadRow(y);
+        const BitRow below = spreadRow(y + 1);
+        for (int k = 0; k < words; ++k) near[k] = above.across[k] | below.across[k] | mid.sides[k];
+        write_row(row(image, y), near, width, rule.value, out + static_cast<std::ptrdiff_t>(y) * width);
     }
 }
 #else

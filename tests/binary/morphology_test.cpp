@@ -303,3 +303,21 @@ TEST(BinaryRank3x3, WholeImageSpreadMatchesTheCentreByCentreRuleAtEveryWidth) {
             ASSERT_EQ(eroded, spread_reference(img, w, h, false, 0));
         }
 }
+
+TEST(BinaryRank3x3, WholeImageSpreadOfSparseBlobsAcrossWordEdges) {
+    // Few zeros among white (and few whites among black): long stretches where nothing spreads,
+    // and widths around 64 and 128 pixels.
+    for (int w : {63, 64, 65, 127, 128, 129, 200})
+        for (unsigned seed = 0; seed < 4; ++seed) {
+            SCOPED_TRACE(testing::Message() << w << " seed " << seed);
+            const int h = 9;
+            Bytes img = qel_test::random_bytes(static_cast<size_t>(w) * h, seed + static_cast<unsigned>(w));
+            const bool darkOnWhite = seed % 2 == 0;
+            for (unsigned char& v : img) v = (v < 8) == darkOnWhite ? 0 : v < 128 ? 255 : v;
+            Bytes dilated(img.size(), 1), eroded(img.size(), 1);
+            QelBinImgMaxFilter3x3(img.data(), w, h, dilated.data());
+            QelBinImgMinFilter3x3(img.data(), w, h, eroded.data());
+            ASSERT_EQ(dilated, spread_reference(img, w, h, true, 255));
+            ASSERT_EQ(eroded, spread_reference(img, w, h, false, 0));
+        }
+}
