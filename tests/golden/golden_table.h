@@ -102,6 +102,11 @@ public:
         return p;
     }
 
+    // A buffer the library allocated with new[] for the caller: digested, then released with delete[].
+    void adopt(unsigned char* p, size_t n) {
+        if (p) blocks_.push_back({std::unique_ptr<unsigned char[]>(p), n, true});
+    }
+
     // ---- returned values
     void value(long long v) { values_.add(&v, sizeof v); }
     void value(double v) { values_.add(&v, sizeof v); }

@@ -3,7 +3,10 @@
 #define QEL_TESTS_GOLDEN_TABLE_ALL_H
 
 #include "golden/entries_binary.h"
+#include "golden/entries_color.h"
+#include "golden/entries_edge.h"
 #include "golden/entries_filter.h"
+#include "golden/entries_geometry.h"
 #include "golden/entries_histogram.h"
 
 namespace golden {
@@ -22,7 +25,10 @@ inline const std::vector<Entry>& table() {
     static const std::vector<Entry> all = [] {
         std::vector<Entry> t;
         add_binary(t);
+        add_color(t);
+        add_edge(t);
         add_filter(t);
+        add_geometry(t);
         add_histogram(t);
         return t;
     }();
