@@ -78,9 +78,29 @@ template <class Byte, int LumaStep>
 void load_chroma(const qel::CameraRow<Byte, LumaStep, 2>& row, int i, __m128i& u, __m128i& v) {
     const __m128i a = simd::load(row.cb + 2 * i);
     const __m128i b = simd::load(row.cb + 2 * i + simd::kLanes);
-    const __m128i low = _mm_set1_epi16(0x00FF);
-    u = _mm_packus_epi16(_mm_and_si128(a, low), _mm_and_si128(b, low));
-    v = _mm_packus_epi16(_mm_srli_epi16(a, 8), _mm_srli_epi16(b, 8));
+    u = simd::even_bytes(a, b);
+    v = simd::odd_bytes(a, b);
+}
+
+// Packed pairs (Cb, Y, Cr, Y): the chroma bytes are the even bytes of the 64 bytes of 16 pairs.
+template <class Byte>
+void load_chroma(const qel::CameraRow<Byte, 2, 4>& row, int i, __m128i& u, __m128i& v) {
+    const Byte* p = row.cb + 4 * i;
+    const __m128i c0 = simd::even_bytes(simd::load(p), simd::load(p + simd::kLanes));
+    const __m128i c1 = simd::even_bytes(simd::load(p + 2 * simd::kLanes), simd::load(p + 3 * simd::kLanes));
+    u = simd::even_bytes(c0, c1);
+    v = simd::odd_bytes(c0, c1);
+}
+
+// Y of 16 pixels from x: a plane, or every other byte of packed pairs.
+template <class Byte, int ChromaStep>
+__m128i load_luma(const qel::CameraRow<Byte, 1, ChromaStep>& row, int x) {
+    return simd::load(row.luma + x);
+}
+
+template <class Byte, int ChromaStep>
+__m128i load_luma(const qel::CameraRow<Byte, 2, ChromaStep>& row, int x) {
+    return simd::even_bytes(simd::load(row.luma + 2 * x), simd::load(row.luma + 2 * x + simd::kLanes));
 }
 
 // B, G, R of 8 pixels from their Y and chroma (U − 128, V − 128) as 16-bit lanes.
@@ -95,9 +115,9 @@ void bgr8(__m128i y, __m128i cu, __m128i cv, __m128i& b, __m128i& g, __m128i& r)
     r = shifted16(simd::weighted3(y, cv, zero, wRed, zero), qel::kYuvShift);
 }
 
-// B, G, R of the whole 32-pixel blocks of a planar-luma row; returns how many pixels it did.
-template <class Byte, int ChromaStep>
-int bgr_blocks(const qel::CameraRow<Byte, 1, ChromaStep>& row, int width, unsigned char* rgb) {
+// B, G, R of the whole 32-pixel blocks of a row; returns how many pixels it did.
+template <class Row>
+int bgr_blocks(const Row& row, int width, unsigned char* rgb) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i offset = _mm_set1_epi16(qel::kChromaOffset);
     int x = 0;
@@ -107,7 +127,7 @@ int bgr_blocks(const qel::CameraRow<Byte, 1, ChromaStep>& row, int width, unsign
         load_chroma(row, x / 2, u, v);
         __m128i planes[6];
         for (int half = 0; half < 2; ++half) {
-            const __m128i y = simd::load(row.luma + x + simd::kLanes * half);
+            const __m128i y = load_luma(row, x + simd::kLanes * half);
             // each chroma sample serves two neighbouring pixels
             const __m128i uu = half == 0 ? _mm_unpacklo_epi8(u, u) : _mm_unpackhi_epi8(u, u);
             const __m128i vv = half == 0 ? _mm_unpacklo_epi8(v, v) : _mm_unpackhi_epi8(v, v);
@@ -188,24 +208,20 @@ int camera_blocks_420(const unsigned char* const bgrRows[2],
 }
 #endif
 
-// Camera frame to B, G, R; width must be even, and height even where two rows share chroma. The
-// formats with a luma plane take 32 pixels a step where SSE2 is available and finish each row
-// with the plain loop.
+// Camera frame to B, G, R; width must be even, and height even where two rows share chroma. Rows
+// go 32 pixels a step where SSE2 is available and are finished with the plain loop.
 template <class Format>
 void camera_to_bgr(const unsigned char* frame, int width, int height, unsigned char* rgb) {
     const auto layout = Format::layout(frame, width, height);
 #ifdef QEL_SIMD_SSE2
-    using Row = typename std::decay_t<decltype(layout)>::Row;
-    if constexpr (Row::kLumaStep == 1) {
-        const std::ptrdiff_t rgbRowBytes = static_cast<std::ptrdiff_t>(width) * kBytesPerRgbPixel;
-        for (int y = 0; y < height; ++y, rgb += rgbRowBytes) {
-            const int done = bgr_blocks(layout.row(y), width, rgb);
-            qel::copy_bgr(layout, RectArea{done, width - 1, y, y}, rgb + done * kBytesPerRgbPixel);
-        }
-        return;
+    const std::ptrdiff_t rgbRowBytes = static_cast<std::ptrdiff_t>(width) * kBytesPerRgbPixel;
+    for (int y = 0; y < height; ++y, rgb += rgbRowBytes) {
+        const int done = bgr_blocks(layout.row(y), width, rgb);
+        qel::copy_bgr(layout, RectArea{done, width - 1, y, y}, rgb + done * kBytesPerRgbPixel);
     }
-#endif
+#else
     qel::copy_bgr(layout, RectArea::whole(width, height), rgb);
+#endif
 }
 
 template <class Format>

@@ -34,6 +34,13 @@ inline __m128i select(__m128i mask, __m128i a, __m128i b) {
     return _mm_or_si128(_mm_and_si128(mask, a), _mm_andnot_si128(mask, b));
 }
 
+// The even bytes of a then b (16 bytes), and the odd bytes: splits interleaved byte pairs.
+inline __m128i even_bytes(__m128i a, __m128i b) {
+    const __m128i low = _mm_set1_epi16(0x00FF);
+    return _mm_packus_epi16(_mm_and_si128(a, low), _mm_and_si128(b, low));
+}
+inline __m128i odd_bytes(__m128i a, __m128i b) { return _mm_packus_epi16(_mm_srli_epi16(a, 8), _mm_srli_epi16(b, 8)); }
+
 // 32 packed B, G, R pixels (96 bytes in v[0..5]) to planes: v[0..1] blue, v[2..3] green,
 // v[4..5] red. One round interleaves the first 48 bytes with the last 48 (a perfect shuffle,
 // position p to 2p mod 95); five rounds move byte 3q + c to 32c + q.
