@@ -72,6 +72,17 @@ public:
         for (size_t i = 0; i < n; ++i) p[i] = static_cast<unsigned char>(gen_.next() >> 7);
         return p;
     }
+    // n values in lo..hi; doubles in lo..hi in steps of 1/8 (exact in binary).
+    int* ints(size_t n, int lo, int hi) {
+        int* p = block<int>(n, false);
+        for (size_t i = 0; i < n; ++i) p[i] = lo + gen_.below(hi - lo + 1);
+        return p;
+    }
+    double* doubles(size_t n, int lo, int hi) {
+        double* p = block<double>(n, false);
+        for (size_t i = 0; i < n; ++i) p[i] = lo + gen_.below((hi - lo) * 8 + 1) / 8.0;
+        return p;
+    }
     // The 256-bin histogram of a fresh grey image.
     int* histogram() {
         int* hist = block<int>(256, false);
