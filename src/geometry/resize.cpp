@@ -4,6 +4,8 @@
 #include "qel/geometry.h"
 #include "qel/histogram.h"
 
+#include "core/simd.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +15,10 @@
 
 namespace qel {
 namespace {
+
+#ifdef QEL_SIMD_SSE2
+namespace simd = qel::simd;
+#endif
 
 constexpr int kRgbChannels = 3;
 
@@ -46,6 +52,18 @@ inline int32_t fixed_lerp(int32_t a, int32_t b, int32_t frac) {
     return ((kFixedOne - frac) * a + frac * b) >> kFixedShift;
 }
 
+#ifdef QEL_SIMD_SSE2
+// fixed_lerp of eight 16-bit lanes a, b (0..255) with 16-bit fractions f (0..65535), exactly:
+// ((65536 − f)·a + f·b) >> 16 = a + ((f·(b − a)) >> 16), since 65536·a shifts out whole. The
+// high half of the signed product reads f as f − 65536 when f ≥ 32768, which takes 65536·(b − a)
+// off the product, that is (b − a) off its high half: it is added back there.
+inline __m128i fixed_lerp8(__m128i a, __m128i b, __m128i f) {
+    const __m128i d = _mm_sub_epi16(b, a);
+    const __m128i high = _mm_add_epi16(_mm_mulhi_epi16(f, d), _mm_and_si128(_mm_srai_epi16(f, 15), d));
+    return _mm_add_epi16(a, high);
+}
+#endif
+
 // The Fast method on images of `Channels` interleaved bytes a pixel. Each output row blends two
 // source rows interpolated along the row first; those row values are kept per call, so a source
 // row shared by neighbouring output rows is interpolated once.
@@ -65,24 +83,66 @@ void bilinear_fast(const unsigned char* src, int width, int height, unsigned cha
         columns[static_cast<size_t>(i)] = fixed_pos(i, stepX);
         if (columns[static_cast<size_t>(i)].index + 1 < width) inner = i + 1;
     }
+#ifdef QEL_SIMD_SSE2
+    // One-byte pixels: the columns' source indices and fractions as arrays, so that eight columns
+    // are interpolated at once from their pixel pairs, each read as one 16-bit word (x86 is little
+    // endian: the left pixel is the low byte).
+    std::vector<int> indices;
+    std::vector<uint16_t> fracs;
+    if constexpr (Channels == 1) {
+        indices.resize(static_cast<size_t>(inner));
+        fracs.resize(static_cast<size_t>(inner));
+        for (int i = 0; i < inner; ++i) {
+            indices[static_cast<size_t>(i)] = columns[static_cast<size_t>(i)].index;
+            fracs[static_cast<size_t>(i)] = static_cast<uint16_t>(columns[static_cast<size_t>(i)].frac);
+        }
+    }
+#endif
     // Source row y interpolated at every output column; the last source column is taken as it is.
-    auto along_row = [&](int y, int32_t* values) {
+    auto along_row = [&](int y, int16_t* values) {
         const unsigned char* row = src + static_cast<size_t>(y) * srcRow;
-        int32_t* v = values;
-        for (int i = 0; i < inner; ++i, v += Channels) {
+        int16_t* v = values;
+        int i = 0;
+#ifdef QEL_SIMD_SSE2
+        if constexpr (Channels == 1) {
+            const auto pair = [row](int x) {
+                uint16_t word;
+                std::memcpy(&word, row + x, sizeof word);
+                return static_cast<int>(word);
+            };
+            const __m128i low = _mm_set1_epi16(0x00FF);
+            for (; i + 8 <= inner; i += 8, v += 8) {
+                const int* x = indices.data() + i;
+                __m128i pairs = _mm_cvtsi32_si128(pair(x[0]));
+                pairs = _mm_insert_epi16(pairs, pair(x[1]), 1);
+                pairs = _mm_insert_epi16(pairs, pair(x[2]), 2);
+                pairs = _mm_insert_epi16(pairs, pair(x[3]), 3);
+                pairs = _mm_insert_epi16(pairs, pair(x[4]), 4);
+                pairs = _mm_insert_epi16(pairs, pair(x[5]), 5);
+                pairs = _mm_insert_epi16(pairs, pair(x[6]), 6);
+                pairs = _mm_insert_epi16(pairs, pair(x[7]), 7);
+                const __m128i f = _mm_loadu_si128(reinterpret_cast<const __m128i*>(fracs.data() + i));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(v),
+                                 fixed_lerp8(_mm_and_si128(pairs, low), _mm_srli_epi16(pairs, 8), f));
+            }
+        }
+#endif
+        for (; i < inner; ++i, v += Channels) {
             const FixedPos px = columns[static_cast<size_t>(i)];
             const unsigned char* p = row + static_cast<size_t>(px.index) * Channels;
-            for (int c = 0; c < Channels; ++c) v[c] = fixed_lerp(p[c], p[c + Channels], px.frac);
+            for (int c = 0; c < Channels; ++c)
+                v[c] = static_cast<int16_t>(fixed_lerp(p[c], p[c + Channels], px.frac));
         }
-        for (int i = inner; i < dstWidth; ++i, v += Channels) {
+        for (i = inner; i < dstWidth; ++i, v += Channels) {
             const unsigned char* p = row + static_cast<size_t>(columns[static_cast<size_t>(i)].index) * Channels;
             for (int c = 0; c < Channels; ++c) v[c] = p[c];
         }
     };
 
-    std::vector<int32_t> rowValues(2 * outRow);
-    int32_t* upper = rowValues.data();
-    int32_t* lower = upper + outRow;
+    // Row values are 0..255 (a weighted mean of bytes), so 16 bits hold them.
+    std::vector<int16_t> rowValues(2 * outRow);
+    int16_t* upper = rowValues.data();
+    int16_t* lower = upper + outRow;
     int upperRow = -1, lowerRow = -1;  // the source rows held in upper and lower
     for (int j = 0; j < dstHeight; ++j) {
         const FixedPos py = fixed_pos(j, stepY);
@@ -105,7 +165,17 @@ void bilinear_fast(const unsigned char* src, int width, int height, unsigned cha
             along_row(py.index + 1, lower);
             lowerRow = py.index + 1;
         }
-        for (size_t k = 0; k < outRow; ++k) out[k] = static_cast<unsigned char>(fixed_lerp(upper[k], lower[k], py.frac));
+        size_t k = 0;
+#ifdef QEL_SIMD_SSE2
+        const __m128i f = _mm_set1_epi16(static_cast<short>(py.frac));
+        for (; k + 16 <= outRow; k += 16) {
+            const auto at = [](const int16_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); };
+            const __m128i lo = fixed_lerp8(at(upper + k), at(lower + k), f);
+            const __m128i hi = fixed_lerp8(at(upper + k + 8), at(lower + k + 8), f);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + k), _mm_packus_epi16(lo, hi));
+        }
+#endif
+        for (; k < outRow; ++k) out[k] = static_cast<unsigned char>(fixed_lerp(upper[k], lower[k], py.frac));
     }
 }
 
@@ -177,6 +247,35 @@ void shrink_by_block_sums(const unsigned char* src, int width, int height, int c
                 *out++ = static_cast<unsigned char>(reduce(sum));
             }
         }
+    }
+}
+
+// (width/2) × (height/2) means of 2 × 2 blocks, (sum of four) >> 2: shrink_by_block_sums for blocks
+// of 2 × 2 on grey images, 16 output pixels a step where SSE2 is available.
+void shrink_2x2(const unsigned char* src, int width, int height, unsigned char* dst) {
+    if (width <= 0 || height <= 0) return;
+    const int outW = width / 2;
+    const int outH = height / 2;
+    for (int j = 0; j < outH; ++j) {
+        const unsigned char* top = src + static_cast<size_t>(2 * j) * static_cast<size_t>(width);
+        const unsigned char* bottom = top + width;
+        unsigned char* out = dst + static_cast<size_t>(j) * static_cast<size_t>(outW);
+        int i = 0;
+#ifdef QEL_SIMD_SSE2
+        const __m128i low = _mm_set1_epi16(0x00FF);
+        // The sum of a column pair of both rows, as eight 16-bit lanes from 16 bytes of each row.
+        const auto sums = [&](int x) {
+            const __m128i t = simd::load(top + x);
+            const __m128i b = simd::load(bottom + x);
+            const __m128i evens = _mm_add_epi16(_mm_and_si128(t, low), _mm_and_si128(b, low));
+            const __m128i odds = _mm_add_epi16(_mm_srli_epi16(t, 8), _mm_srli_epi16(b, 8));
+            return _mm_srli_epi16(_mm_add_epi16(evens, odds), 2);
+        };
+        for (; i + simd::kLanes <= outW; i += simd::kLanes)
+            simd::store(out + i, _mm_packus_epi16(sums(2 * i), sums(2 * i + simd::kLanes)));
+#endif
+        for (; i < outW; ++i)
+            out[i] = static_cast<unsigned char>((top[2 * i] + top[2 * i + 1] + bottom[2 * i] + bottom[2 * i + 1]) >> 2);
     }
 }
 
@@ -255,7 +354,7 @@ void QelRgbImgBilinearInterpolattionFast(unsigned char* src, int width, int heig
 }
 
 void QelShrinkGryImg2x2ByAvr(unsigned char* src, int width, int height, unsigned char* dst) {
-    qel::shrink_by_block_sums(src, width, height, 1, 2, 2, dst, [](int64_t sum) { return sum >> 2; });
+    qel::shrink_2x2(src, width, height, dst);
 }
 
 void QelShrinkGryImg2x2ByExtract(unsigned char* src, int width, int height, unsigned char* dst, int* dstWidth,

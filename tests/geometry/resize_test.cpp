@@ -91,6 +91,34 @@ TEST(Bilinear, AgreesWithThePlainFormulaOnManySizes) {
                 }
 }
 
+TEST(Bilinear, EveryOutputWidthAndTailAgreesWithThePlainFormula) {
+    // Output widths 1..70 cover every tail of the 8- and 16-lane steps, from sources that shrink
+    // and that grow, with fractions on both sides of one half.
+    for (int dw = 1; dw <= 70; ++dw)
+        for (int w : {dw / 2 + 1, dw + 3, 2 * dw + 1}) {
+            SCOPED_TRACE(testing::Message() << w << " -> " << dw);
+            const int h = 5, dh = 7;
+            const Bytes g = qel_test::random_grey(w, h, static_cast<unsigned>(w * 7 + dw));
+            ASSERT_EQ(resized(QelGryImgBilinearInterpolattionFast, g, w, h, dw, dh), fast_reference(g, w, h, dw, dh));
+        }
+}
+
+TEST(Shrink, TwoByTwoMeansAtEveryWidth) {
+    for (int w = 1; w <= 70; ++w)
+        for (int h : {1, 2, 5}) {
+            const Bytes g = qel_test::random_grey(w, h, static_cast<unsigned>(w * 3 + h));
+            Bytes out(static_cast<size_t>(w / 2 * (h / 2)) + 1, 77);  // one guard byte
+            QelShrinkGryImg2x2ByAvr(Bytes(g).data(), w, h, out.data());
+            for (int j = 0; j < h / 2; ++j)
+                for (int i = 0; i < w / 2; ++i) {
+                    const auto at = [&](int x, int y) { return g[static_cast<size_t>(y * w + x)]; };
+                    const int sum = at(2 * i, 2 * j) + at(2 * i + 1, 2 * j) + at(2 * i, 2 * j + 1) + at(2 * i + 1, 2 * j + 1);
+                    ASSERT_EQ(out[static_cast<size_t>(j * (w / 2) + i)], sum >> 2) << w << "x" << h << " at " << i << "," << j;
+                }
+            EXPECT_EQ(out.back(), 77);
+        }
+}
+
 TEST(Shrink, WorkedBlocks) {
     // 5 × 3: the last column and row are ignored.
     Bytes src = {1, 2, 3, 4, 99, 5, 6, 7, 9, 99, 99, 99, 99, 99, 99}, dst(2, 0);
