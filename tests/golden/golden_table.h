@@ -60,6 +60,20 @@ public:
     unsigned char* grey() { return fill_grey(block<unsigned char>(size_t(area()), false), w, h); }
     // Binary: 0/255 blocks of 4 x 4 pixels plus a filled rectangle.
     unsigned char* binary() { return fill_binary(block<unsigned char>(size_t(area()), false), w, h); }
+    // Objects on a zero frame: a filled ellipse with a rectangular hole, and a small square.
+    unsigned char* blobs() {
+        unsigned char* p = block<unsigned char>(size_t(area()), false);
+        const int cx = w / 2, cy = h / 2, rx = w / 3, ry = h / 3;
+        for (int y = 1; y < h - 1; ++y)
+            for (int x = 1; x < w - 1; ++x) {
+                const int dx = x - cx, dy = y - cy;
+                bool in = dx * dx * ry * ry + dy * dy * rx * rx <= rx * rx * ry * ry;
+                if (x > cx - rx / 3 && x < cx + rx / 3 && y > cy - ry / 3 && y < cy + ry / 4) in = false;
+                if (x >= 2 && x <= 4 && y >= 2 && y <= 4) in = true;
+                p[y * w + x] = in ? 255 : 0;
+            }
+        return p;
+    }
     // 24-bit B, G, R.
     unsigned char* bgr() {
         unsigned char* p = block<unsigned char>(size_t(area()) * 3, false);

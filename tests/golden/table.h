@@ -4,6 +4,7 @@
 
 #include "golden/entries_binary.h"
 #include "golden/entries_color.h"
+#include "golden/entries_contour.h"
 #include "golden/entries_edge.h"
 #include "golden/entries_filter.h"
 #include "golden/entries_geometry.h"
@@ -27,6 +28,7 @@ inline const std::vector<Entry>& table() {
         std::vector<Entry> t;
         add_binary(t);
         add_color(t);
+        add_contour(t);
         add_edge(t);
         add_filter(t);
         add_geometry(t);
