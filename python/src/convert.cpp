@@ -127,7 +127,9 @@ const Dims& Call::knownDims(int group) const {
 }
 
 py::array Call::image(const py::object& obj, const char* name, int channels, int group, bool writable) {
-    const char* kind = channels == 3 ? "a BGR image (H, W, 3)" : "a grey image (H, W)";
+    const char* kind = channels == 3   ? "a BGR image (H, W, 3)"
+                       : channels == 0 ? "a grey image (H, W)"
+                                       : "a grey (H, W) or BGR (H, W, 3) image";
     if (!py::isinstance<py::array>(obj)) {
         typeError(quoted(name) + " must be " + kind + " numpy array of uint8, got " + typeName(obj));
     }
@@ -135,7 +137,9 @@ py::array Call::image(const py::object& obj, const char* name, int channels, int
     if (!a.dtype().is(py::dtype::of<std::uint8_t>())) {
         typeError(quoted(name) + " must have dtype uint8, got " + py::str(a.dtype()).cast<std::string>());
     }
-    const bool shapeOk = channels == 0 ? a.ndim() == 2 : (a.ndim() == 3 && a.shape(2) == channels);
+    const bool grey = a.ndim() == 2;
+    const bool colour = a.ndim() == 3 && a.shape(2) == 3;
+    const bool shapeOk = channels == 0 ? grey : channels == 3 ? colour : (grey || colour);
     if (!shapeOk) {
         valueError(quoted(name) + " must be " + kind + ", got shape " + shapeText(a));
     }
@@ -151,6 +155,7 @@ py::array Call::image(const py::object& obj, const char* name, int channels, int
     if (!d.known()) {
         d.width = w;
         d.height = h;
+        d.channels = colour ? 3 : 0;
         d.owner = name;
     } else if (d.width != w || d.height != h) {
         valueError(quoted(name) + " must be " + std::to_string(d.height) + " x " + std::to_string(d.width) +
@@ -277,8 +282,9 @@ void ImageOut::prepare(Call& c) {
         w = d.width;
     }
     if (h < 0 || w < 0) c.valueError("the result size came out negative");
+    const int planes = channels >= 0 ? channels : c.knownDims(group).channels;
     std::vector<py::ssize_t> dims{h, w};
-    if (channels > 0) dims.push_back(channels);
+    if (planes > 0) dims.push_back(planes);
     if (given.is_none()) {
         array = zeros(dims, py::dtype::of<std::uint8_t>());
         return;
@@ -287,7 +293,7 @@ void ImageOut::prepare(Call& c) {
     bool same = static_cast<std::size_t>(array.ndim()) == dims.size();
     for (std::size_t i = 0; same && i < dims.size(); ++i) same = array.shape(static_cast<py::ssize_t>(i)) == dims[i];
     if (!same) {
-        std::string want = "(" + std::to_string(h) + ", " + std::to_string(w) + (channels ? ", 3)" : ")");
+        std::string want = "(" + std::to_string(h) + ", " + std::to_string(w) + (planes ? ", 3)" : ")");
         c.valueError(std::string("'") + name + "' must have shape " + want + ", got " + shapeText(array));
     }
     if (!mayAlias) c.checkNoOverlap(array, name);
@@ -295,12 +301,12 @@ void ImageOut::prepare(Call& c) {
 
 void ImageInOut::load(Call& c) {
     input = c.image(c.arg(index), name, channels, group);
-    given = c.arg(outIndex);
+    if (returned) given = c.arg(outIndex);
 }
 
 void ImageInOut::prepare(Call& c) {
-    if (given.is_none()) {
-        work = py::array(input.attr("copy")());
+    if (!given || given.is_none()) {
+        work = py::reinterpret_borrow<py::array>(input.attr("copy")());
         return;
     }
     py::array out = c.buffer(given, outName, py::dtype::of<std::uint8_t>(), "uint8", true);
@@ -316,8 +322,9 @@ void ImageInOut::prepare(Call& c) {
     c.checkNoOverlap(out, outName);
     if (c.mayRefuse) {
         // A refusal must leave out= as it was: work on a copy, copied over on success.
-        work = py::array(input.attr("copy")());
+        work = py::reinterpret_borrow<py::array>(input.attr("copy")());
         copyBack = out;
+        copying = true;
     } else {
         std::memcpy(out.mutable_data(), input.data(), static_cast<std::size_t>(input.nbytes()));
         work = out;
@@ -325,7 +332,8 @@ void ImageInOut::prepare(Call& c) {
 }
 
 void ImageInOut::finish(Call& c) {
-    if (copyBack) {
+    if (!returned) return;
+    if (copying) {
         std::memcpy(copyBack.mutable_data(), work.data(), static_cast<std::size_t>(work.nbytes()));
         c.results.push_back(copyBack);
     } else {
@@ -362,6 +370,17 @@ void BytesOut::prepare(Call& c) {
     c.checkNoOverlap(array, name);
 }
 
+void TextOut::prepare(Call& c) {
+    const int size = c.integer(sizeName);
+    if (size < 1) c.valueError(std::string("'") + sizeName + "' must be at least 1");
+    buffer.assign(static_cast<std::size_t>(size) + 1, '\0');  // one spare NUL past the library's bytes
+}
+
+void TextOut::finish(Call& c) {
+    py::bytes raw(buffer.data(), std::strlen(buffer.data()));
+    c.results.push_back(py::module_::import("os").attr("fsdecode")(raw));
+}
+
 ArrayIn<int> hist_in(const char* name) { return ints_in(name, fixed_length(256)); }
 ArrayOut<int> hist_out() { return ints_out(fixed_length(256)); }
 
@@ -376,6 +395,16 @@ CheckFn rect_inside(const char* x1, const char* x2, const char* y1, const char* 
                          std::to_string(b) + ", " + y1 + ".." + y2 + " = " + std::to_string(p) + ".." +
                          std::to_string(q) + " must be non-empty and lie inside the " + std::to_string(d.width) +
                          " x " + std::to_string(d.height) + " image");
+        }
+    };
+}
+
+CheckFn in_range(const char* name, int lo, int hi) {
+    return [=](Call& c) {
+        const int v = c.integer(name);
+        if (v < lo || v > hi) {
+            c.valueError(std::string("'") + name + "' must lie in " + std::to_string(lo) + ".." + std::to_string(hi) +
+                         ", got " + std::to_string(v));
         }
     };
 }

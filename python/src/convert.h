@@ -21,8 +21,10 @@
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <limits>
 #include <type_traits>
@@ -60,6 +62,7 @@ struct Signature {
 struct Dims {
     int width = -1;
     int height = -1;
+    int channels = 0;             // 0 grey, 3 BGR (for results shaped like their input)
     const char* owner = nullptr;  // the argument that set them
     bool known() const { return owner != nullptr; }
 };
@@ -87,8 +90,9 @@ public:
     /// The dims of `group`; a binding whose image roles never set them is a binding mistake.
     const Dims& knownDims(int group) const;
 
-    /// Checks that `obj` is a C-contiguous uint8 array of shape (H, W) (channels 0) or (H, W, c)
-    /// and records or compares the group's size. Writable when asked.
+    /// Checks that `obj` is a C-contiguous uint8 array of shape (H, W) (channels 0), (H, W, 3)
+    /// (channels 3) or either (channels -1), and records or compares the group's size (and, for
+    /// the first image of the group, its channels). Writable when asked.
     py::array image(const py::object& obj, const char* name, int channels, int group, bool writable = false);
     /// Checks that `obj` is a C-contiguous array of `dtype` with at least one element; any shape.
     py::array buffer(const py::object& obj, const char* name, const py::dtype& dtype, const char* dtypeName,
@@ -100,6 +104,7 @@ public:
 
     bool mayRefuse = false;  // the return role can refuse: in-place copies are made safely
     long long count = 0;     // a returned record count, for the record outputs
+    bool returnNone = false; // the return role asks for None whatever the outputs
     std::vector<py::object> results;
     py::object result() const;
 
@@ -276,6 +281,26 @@ inline ImageIn image_in(const char* name, int channels, int group, bool optional
 inline ImageIn grey(const char* name, int group = 0) { return image_in(name, 0, group, false); }
 inline ImageIn bgr(const char* name, int group = 0) { return image_in(name, 3, group, false); }
 inline ImageIn grey_or_none(const char* name, int group = 0) { return image_in(name, 0, group, true); }
+/// A grey or a BGR image: the function's `rgb` flag then comes from it (see is_bgr).
+inline ImageIn grey_or_bgr(const char* name, int group = 0) { return image_in(name, -1, group, false); }
+
+/// A value worked out from the other arguments, with no Python argument of its own.
+template <class T>
+struct Derived : Role {
+    using cpp = T;
+    std::function<T(const Call&)> fn;
+    T value(Call& c) const { return fn(c); }
+};
+template <class T>
+Derived<T> derived(std::function<T(const Call&)> fn) {
+    Derived<T> d;
+    d.fn = std::move(fn);
+    return d;
+}
+/// True when the images of the group are BGR: the `rgb` flag of functions taking either kind.
+inline Derived<bool> is_bgr(int group = 0) {
+    return derived<bool>([group](const Call& c) { return c.knownDims(group).channels == 3; });
+}
 
 /// A new result image of the group's size (or of `shape`), zero-filled, returned to the caller;
 /// `out=` (keyword) supplies the array instead, which must not overlap an input unless the
@@ -311,6 +336,8 @@ inline ImageOut image_out(int channels, int group) {
     return o;
 }
 inline ImageOut grey_out(int group = 0) { return image_out(0, group); }
+/// Grey or BGR like the group's input image.
+inline ImageOut like_out(int group = 0) { return image_out(-1, group); }
 inline ImageOut bgr_out(int group = 0) { return image_out(3, group); }
 
 /// An image the library changes in place. The Python function leaves its argument alone and
@@ -326,12 +353,14 @@ struct ImageInOut : Role {
     int outIndex = -1;
     py::array input;
     py::object given;
-    py::array work;       // what the library changes
-    py::array copyBack;   // the caller's out=, filled from `work` once the call succeeded
+    bool returned = true;  // false: a private copy the library may spoil, not returned
+    py::array work;        // what the library changes
+    py::array copyBack;    // the caller's out=, filled from `work` once the call succeeded
+    bool copying = false;  // (a default py::array is an empty array, not a null handle)
 
     void describe(Signature& s) {
         index = s.add(name, false, true);
-        outIndex = s.add(outName, true, false, "None");
+        if (returned) outIndex = s.add(outName, true, false, "None");
     }
     void load(Call& c);
     void prepare(Call& c);
@@ -343,6 +372,14 @@ inline ImageInOut grey_inout(const char* name, int group = 0) {
     ImageInOut r;
     r.name = name;
     r.group = group;
+    return r;
+}
+/// An input the library changes as a side effect the caller has no use for: it gets a copy.
+inline ImageInOut grey_copy(const char* name, int group = 0) {
+    ImageInOut r;
+    r.name = name;
+    r.group = group;
+    r.returned = false;
     return r;
 }
 inline ImageInOut bgr_inout(const char* name, int group = 0) {
@@ -395,24 +432,41 @@ inline BytesOut bytes_out(LengthFn bytes) {
     return b;
 }
 
-/// An input array of numbers (int32 or float64) of a fixed or computed length: a histogram, a
-/// row index table. Any integer (or real) array of that length is accepted and copied, so the
-/// library never sees, nor changes, the caller's memory.
+/// An input array of numbers (int32 or float64) of a fixed or computed length (none: any length
+/// from 1, recorded as "<name>.count" for records_count): a histogram, a row index table. Any
+/// integer (or real) array is accepted and copied, so the library never sees, nor changes, the
+/// caller's memory. `verify` checks the values once all arguments are loaded.
 template <class T>
 struct ArrayIn : Role {
     using cpp = T*;
     const char* name = nullptr;
     LengthFn length;
+    std::function<void(Call&, const T*, long long)> verify;
     int index = -1;
     py::array_t<T> array;
+    std::string countName;
 
-    void describe(Signature& s) { index = s.add(name, false, true); }
+    void describe(Signature& s) {
+        index = s.add(name, false, true);
+        countName = std::string(name) + ".count";
+    }
     void load(Call& c);
     void prepare(Call& c);
     T* value(Call&) { return array.mutable_data(); }
+    ArrayIn checked(std::function<void(Call&, const T*, long long)> fn) const {
+        ArrayIn a = *this;
+        a.verify = std::move(fn);
+        return a;
+    }
 };
-inline ArrayIn<int> ints_in(const char* name, LengthFn length) {
+inline ArrayIn<int> ints_in(const char* name, LengthFn length = {}) {
     ArrayIn<int> a;
+    a.name = name;
+    a.length = std::move(length);
+    return a;
+}
+inline ArrayIn<double> doubles_in(const char* name, LengthFn length = {}) {
+    ArrayIn<double> a;
     a.name = name;
     a.length = std::move(length);
     return a;
@@ -426,12 +480,25 @@ struct ArrayOut : Role {
     using cpp = T*;
     LengthFn length;
     bool returned = true;
+    bool trim = false;
     py::array_t<T> array;
 
     void prepare(Call& c);
     T* value(Call&) { return array.mutable_data(); }
     void finish(Call& c) {
-        if (returned) c.results.push_back(array);
+        if (!returned) return;
+        if (trim) {
+            const long long n = std::max(0LL, std::min(c.count, static_cast<long long>(array.size())));
+            c.results.push_back(array[py::slice(0, static_cast<py::ssize_t>(n), 1)]);
+        } else {
+            c.results.push_back(array);
+        }
+    }
+    /// Returned cut to the count the function returns (see returns_count).
+    ArrayOut trimmed() const {
+        ArrayOut a = *this;
+        a.trim = true;
+        return a;
     }
 };
 template <class T>
@@ -466,20 +533,147 @@ ValueOut<T> out_value(T initial = T{}, bool returned = true) {
     return o;
 }
 
-/// A file name argument: str or os.PathLike.
-struct Path : Role {
-    using cpp = const char*;
+/// A file name argument (str or os.PathLike), or with `text` a plain str, as a NUL-terminated
+/// string; C is the library's parameter type (const char* or char*). The library gets a copy.
+template <class C>
+struct Text : Role {
+    using cpp = C*;
     const char* name = nullptr;
+    bool isPath = true;
     int index = -1;
     std::string bytes;
     void describe(Signature& s) { index = s.add(name, false, true); }
-    void load(Call& c) { bytes = pathBytes(c.arg(index), c.function(), name); }
-    const char* value(Call&) const { return bytes.c_str(); }
+    void load(Call& c);
+    C* value(Call&) { return bytes.data(); }
 };
-inline Path path(const char* name) {
-    Path p;
+inline Text<const char> path(const char* name) {
+    Text<const char> p;
     p.name = name;
     return p;
+}
+inline Text<char> path_mutable(const char* name) {
+    Text<char> p;
+    p.name = name;
+    return p;
+}
+inline Text<char> text(const char* name) {
+    Text<char> p;
+    p.name = name;
+    p.isPath = false;
+    return p;
+}
+
+/// A character buffer of `size` bytes (a Python argument with a default) that the library fills;
+/// returned as str (the bytes up to the first NUL, decoded in the file-system encoding). The size
+/// argument itself follows as its own scalar role.
+struct TextOut : Role {
+    using cpp = char*;
+    const char* sizeName = "buffer_size";
+    std::vector<char> buffer;
+    void prepare(Call& c);
+    char* value(Call&) { return buffer.data(); }
+    void finish(Call& c);
+};
+inline TextOut text_out(const char* sizeName = "buffer_size") {
+    TextOut t;
+    t.sizeName = sizeName;
+    return t;
+}
+
+/// Caller-owned records (RLX, RLY, ...) the library writes up to a capacity given as a later
+/// argument: returned as a structured numpy array of the records written (the count the function
+/// returns, see returns_count).
+template <class T>
+struct RecordsOut : Role {
+    using cpp = T*;
+    const char* capacityName = "capacity";
+    bool sentinel = false;
+    std::vector<T> records;
+    void prepare(Call& c) {
+        const int capacity = c.integer(capacityName);
+        records.assign(static_cast<std::size_t>(capacity > 0 ? capacity : 0) + 1, T{});
+        // Records are written from the first one on; a first field of -1 marks those never written.
+        if (sentinel) std::memset(static_cast<void*>(records.data()), 0xFF, records.size() * sizeof(T));
+    }
+    T* value(Call&) { return records.data(); }
+    void finish(Call& c) {
+        long long n = c.count;
+        if (sentinel) {
+            n = 0;
+            while (n < static_cast<long long>(records.size()) - 1 &&
+                   *reinterpret_cast<const std::int32_t*>(&records[static_cast<std::size_t>(n)]) != -1) {
+                ++n;
+            }
+        }
+        if (n < 0) n = 0;
+        if (n > static_cast<long long>(records.size()) - 1) n = static_cast<long long>(records.size()) - 1;
+        py::array_t<T> out(static_cast<py::ssize_t>(n));
+        if (n > 0) std::memcpy(out.mutable_data(), records.data(), static_cast<std::size_t>(n) * sizeof(T));
+        c.results.push_back(out);
+    }
+};
+template <class T>
+RecordsOut<T> records_out(const char* capacityName = "capacity") {
+    RecordsOut<T> r;
+    r.capacityName = capacityName;
+    return r;
+}
+/// Records counted by the library's writing, not by its return value: returned as the leading
+/// records whose first field is not -1.
+template <class T>
+RecordsOut<T> records_out_counted(const char* capacityName = "capacity") {
+    RecordsOut<T> r = records_out<T>(capacityName);
+    r.sentinel = true;
+    return r;
+}
+
+/// The capacity of a record output: an int argument defaulting to width x height of group 0 (more
+/// records than any search of the image can find, except for pathological growth).
+struct Capacity : Scalar<int> {
+    void describe(Signature& s) { index = s.add(name, false, false, "None"); }
+    void load(Call& c) {
+        py::object o = c.arg(index);
+        if (o.is_none()) {
+            const Dims& d = c.knownDims(0);
+            v = static_cast<int>(std::min<long long>(static_cast<long long>(d.width) * d.height, 1 << 28));
+            c.setScalar(name, v);
+        } else {
+            Scalar<int>::load(c);
+        }
+    }
+};
+inline Capacity capacity(const char* name = "capacity") {
+    Capacity cap;
+    cap.name = name;
+    return cap;
+}
+
+/// Records given by the caller: a structured array of T's dtype, or an (n, fields) int32 array;
+/// copied. Their number is recorded as "<name>.count" for records_count.
+template <class T>
+struct RecordsIn : Role {
+    using cpp = T*;
+    const char* name = nullptr;
+    int index = -1;
+    std::vector<T> records;
+    std::string countName;
+    void describe(Signature& s) {
+        index = s.add(name, false, true);
+        countName = std::string(name) + ".count";
+    }
+    void load(Call& c);
+    T* value(Call&) { return records.data(); }
+};
+template <class T>
+RecordsIn<T> records_in(const char* name) {
+    RecordsIn<T> r;
+    r.name = name;
+    return r;
+}
+/// The number of records of a records_in argument, or of values of a length-free array argument.
+inline Derived<int> records_count(const char* name) {
+    std::string key = std::string(name) + ".count";
+    return derived<int>([key](const Call& c) { return c.integer(key.c_str()); });
 }
 
 // ---- return roles ------------------------------------------------------------------------------
@@ -527,6 +721,14 @@ struct Count {
 };
 inline const Count<int> returns_count{};
 
+/// A false return means "nothing there": the function returns None instead of its outputs.
+struct NoneIfFalse {
+    using type = bool;
+    static constexpr bool mayRefuse = true;
+    void take(Call& c, bool r) const { c.returnNone = !r; }
+};
+inline const NoneIfFalse none_if_false{};
+
 // ---- template members ----------------------------------------------------------------------------
 
 template <class T>
@@ -572,6 +774,46 @@ T Scalar<T>::cast(const Call& c, const py::object& o) const {
     }
 }
 
+template <class C>
+void Text<C>::load(Call& c) {
+    py::object o = c.arg(index);
+    if (isPath) {
+        bytes = pathBytes(o, c.function(), name);
+    } else {
+        if (!py::isinstance<py::str>(o)) {
+            c.typeError(std::string("'") + name + "' must be a str, got " +
+                        py::str(py::type::of(o).attr("__name__")).cast<std::string>());
+        }
+        bytes = o.cast<std::string>();
+    }
+    if (bytes.find('\0') != std::string::npos) c.valueError(std::string("'") + name + "' must not contain NUL");
+}
+
+template <class T>
+void RecordsIn<T>::load(Call& c) {
+    constexpr std::size_t fields = sizeof(T) / sizeof(std::int32_t);
+    py::object o = c.arg(index);
+    if (!py::isinstance<py::array>(o)) {
+        c.typeError(std::string("'") + name + "' must be a numpy array of records, got " +
+                    py::str(py::type::of(o).attr("__name__")).cast<std::string>());
+    }
+    py::array a = py::reinterpret_borrow<py::array>(o);
+    const bool structured = a.dtype().equal(py::dtype::of<T>()) && a.ndim() == 1;
+    const bool table = a.dtype().is(py::dtype::of<std::int32_t>()) && a.ndim() == 2 &&
+                       a.shape(1) == static_cast<py::ssize_t>(fields);
+    if (!structured && !table) {
+        c.typeError(std::string("'") + name + "' must be a record array (as returned) or an (n, " +
+                    std::to_string(fields) + ") int32 array, got dtype " + py::str(a.dtype()).cast<std::string>() +
+                    " and shape " + shapeText(a));
+    }
+    py::array contiguous = py::reinterpret_borrow<py::array>(py::module_::import("numpy").attr("ascontiguousarray")(a));
+    const std::size_t n = static_cast<std::size_t>(a.shape(0));
+    if (n > static_cast<std::size_t>(std::numeric_limits<int>::max())) c.valueError(std::string("'") + name + "' is too long");
+    records.assign(n + 1, T{});
+    if (n > 0) std::memcpy(records.data(), contiguous.data(), n * sizeof(T));
+    c.setScalar(countName.c_str(), static_cast<double>(n));
+}
+
 template <class T>
 void ArrayIn<T>::load(Call& c) {
     py::object o = c.arg(index);
@@ -598,23 +840,32 @@ void ArrayIn<T>::load(Call& c) {
             c.valueError(std::string("'") + name + "' holds values outside the int32 range");
         }
     }
-    array = py::array_t<T>(a.attr("astype")(py::dtype::of<T>(), py::arg("order") = "C", py::arg("copy") = true));
+    array = py::reinterpret_borrow<py::array_t<T>>(a.attr("astype")(py::dtype::of<T>(), py::arg("order") = "C", py::arg("copy") = true));
+    if (!length) {
+        if (array.size() < 1 || array.size() > std::numeric_limits<int>::max()) {
+            c.valueError(std::string("'") + name + "' must hold at least one value");
+        }
+        c.setScalar(countName.c_str(), static_cast<double>(array.size()));
+    }
 }
 
 template <class T>
 void ArrayIn<T>::prepare(Call& c) {
-    const long long n = length(c);
-    if (array.size() != n) {
-        c.valueError(std::string("'") + name + "' must hold " + std::to_string(n) + " values, got " +
-                     std::to_string(array.size()));
+    if (length) {
+        const long long n = length(c);
+        if (array.size() != n) {
+            c.valueError(std::string("'") + name + "' must hold " + std::to_string(n) + " values, got " +
+                         std::to_string(array.size()));
+        }
     }
+    if (verify) verify(c, array.data(), static_cast<long long>(array.size()));
 }
 
 template <class T>
 void ArrayOut<T>::prepare(Call& c) {
     const long long n = length(c);
     if (n < 0) c.valueError("a result length came out negative");
-    array = py::array_t<T>(zeros({static_cast<py::ssize_t>(n)}, py::dtype::of<T>()));
+    array = py::reinterpret_borrow<py::array_t<T>>(zeros({static_cast<py::ssize_t>(n)}, py::dtype::of<T>()));
 }
 
 // ---- binding -----------------------------------------------------------------------------------
@@ -664,6 +915,7 @@ void def(py::module_& m, const char* name, const char* cxxName, const char* summ
             std::tuple<typename Roles::cpp...> cargs =
                 std::apply([&](auto&... r) { return std::tuple<typename Roles::cpp...>{r.value(c)...}; }, rs);
             invoke(fn, ret, c, cargs, lock, std::index_sequence_for<Roles...>{});
+            if (c.returnNone) return py::none();
             std::apply([&](auto&... r) { (r.finish(c), ...); }, rs);
             return c.result();
         },
@@ -673,16 +925,21 @@ void def(py::module_& m, const char* name, const char* cxxName, const char* summ
 /// The one-line binding: Python name, C++ function, summary, return role, parameter roles.
 #define QEL_BIND(module, name, function, summary, ...) \
     ::qelpy::def(module, name, #function, summary, nullptr, function, __VA_ARGS__)
-/// As QEL_BIND, for functions that are not reentrant: calls are serialised by a lock.
-#define QEL_BIND_SERIAL(module, name, function, summary, ...)                                     \
-    ::qelpy::def(module, name, #function, summary, &::qelpy::serial_lock(#function), function, \
-                 __VA_ARGS__)
+/// As QEL_BIND, for functions that are not reentrant: calls are serialised by the lock named `lock`
+/// (one name per piece of library state, e.g. all functions of one stateful object).
+#define QEL_BIND_SERIAL(module, name, function, lock, summary, ...) \
+    ::qelpy::def(module, name, #function, summary, &::qelpy::serial_lock(lock), function, __VA_ARGS__)
 
 // ---- shape and check helpers shared by the bindings ---------------------------------------------
 
 /// Rectangle x1..x2, y1..y2 (ends included) named by the given arguments must lie inside the image
 /// of `group`; a rectangle the library trusts the caller with.
 CheckFn rect_inside(const char* x1, const char* x2, const char* y1, const char* y2, int group = 0);
+/// An int argument must lie in lo..hi (e.g. a channel number the library uses as a byte offset).
+CheckFn in_range(const char* name, int lo, int hi);
+/// The four int arguments x1, x2, y1, y2 of a rectangle the library trusts to lie inside the image.
+#define QEL_RECT_INSIDE(x1, x2, y1, y2) \
+    ::qelpy::i32(x1), ::qelpy::i32(x2), ::qelpy::i32(y1), ::qelpy::i32(y2).check(::qelpy::rect_inside(x1, x2, y1, y2))
 /// Size of the rectangle x1..x2, y1..y2 (ends included).
 ShapeFn rect_shape(const char* x1, const char* x2, const char* y1, const char* y2);
 /// Length: width or height of a group.
