@@ -16,6 +16,7 @@
 #include "qel/filter.h"
 
 #include "core/fixed.h"
+#include "core/simd.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -86,9 +87,42 @@ void add_row(uint32_t* sums, const unsigned char* row, size_t count) {
     for (size_t i = 0; i < count; ++i) sums[i] += row[i];
 }
 
-// One row enters the vertical window and one leaves, in a single pass.
+#ifdef QEL_SIMD_SSE2
+namespace simd = qel::simd;
+
+inline __m128i load4(const uint32_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+inline void store4(uint32_t* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+
+// The low bytes of (s × r) >> 24 for four 32-bit sums, as four 32-bit lanes: the products are formed
+// in 64 bits, even and odd lanes apart, as mean_by_reciprocal does.
+inline __m128i means4(__m128i s, __m128i r) {
+    const __m128i even = _mm_srli_epi64(_mm_mul_epu32(s, r), kReciprocalShift);
+    const __m128i odd = _mm_srli_epi64(_mm_mul_epu32(_mm_srli_epi64(s, 32), r), kReciprocalShift);
+    return _mm_and_si128(_mm_or_si128(even, _mm_slli_epi64(odd, 32)), _mm_set1_epi32(0xFF));
+}
+#endif
+
+// One row enters the vertical window and one leaves, in a single pass (16 columns a step where
+// SSE2 is available: the byte differences widened to 32 bits with their sign, added modulo 2^32
+// as the unsigned sums are).
 void slide_rows(uint32_t* sums, const unsigned char* entering, const unsigned char* leaving, size_t count) {
-    for (size_t i = 0; i < count; ++i) sums[i] = sums[i] + entering[i] - leaving[i];
+    size_t i = 0;
+#ifdef QEL_SIMD_SSE2
+    const __m128i zero = _mm_setzero_si128();
+    for (; i + simd::kLanes <= count; i += simd::kLanes) {
+        const __m128i e = simd::load(entering + i);
+        const __m128i l = simd::load(leaving + i);
+        const __m128i d16[2] = {_mm_sub_epi16(_mm_unpacklo_epi8(e, zero), _mm_unpacklo_epi8(l, zero)),
+                                _mm_sub_epi16(_mm_unpackhi_epi8(e, zero), _mm_unpackhi_epi8(l, zero))};
+        for (int k = 0; k < 4; ++k) {
+            const __m128i d = k % 2 == 0 ? _mm_unpacklo_epi16(d16[k / 2], d16[k / 2])
+                                         : _mm_unpackhi_epi16(d16[k / 2], d16[k / 2]);
+            uint32_t* p = sums + i + 4 * k;
+            store4(p, _mm_add_epi32(load4(p), _mm_srai_epi32(d, 16)));
+        }
+    }
+#endif
+    for (; i < count; ++i) sums[i] = sums[i] + entering[i] - leaving[i];
 }
 
 // Two rows enter (or, with `leave`, leave) the vertical window together.
@@ -121,6 +155,27 @@ void adaptive_row(const uint32_t* col, int width, int hx, int v, Recip recip, un
 
     const int32_t r = recip(count);  // full width: (2·hx+1)·v
     const uint32_t* leaving = col;   // column x−hx
+#ifdef QEL_SIMD_SSE2
+    if constexpr (C == 1) {
+        // 16 columns a step: the window sums of columns x .. x+3 are s plus the running sums of the
+        // differences entering − leaving before each of them.
+        // The running sum stays in all four lanes of a register.
+        const __m128i rv = _mm_set1_epi32(r);
+        __m128i sum = _mm_set1_epi32(static_cast<int>(s[0]));
+        for (; x + simd::kLanes <= width - hx - 1; x += simd::kLanes) {
+            __m128i m[4];
+            for (int k = 0; k < 4; ++k, entering += 4, leaving += 4) {
+                __m128i p = _mm_sub_epi32(load4(entering), load4(leaving));
+                p = _mm_add_epi32(p, _mm_slli_si128(p, 4));
+                p = _mm_add_epi32(p, _mm_slli_si128(p, 8));  // p[j] = d0 + .. + dj
+                m[k] = means4(_mm_add_epi32(sum, _mm_slli_si128(p, 4)), rv);
+                sum = _mm_add_epi32(sum, _mm_shuffle_epi32(p, 0xFF));
+            }
+            simd::store(out + x, _mm_packus_epi16(_mm_packs_epi32(m[0], m[1]), _mm_packs_epi32(m[2], m[3])));
+        }
+        s[0] = static_cast<uint32_t>(_mm_cvtsi128_si32(sum));
+    }
+#endif
     for (; x <= width - hx - 2; ++x) {
         put_mean<C>(out + x * C, s, r);
         for (int c = 0; c < C; ++c) s[c] = s[c] + entering[c] - leaving[c];

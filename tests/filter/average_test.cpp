@@ -140,4 +140,22 @@ TEST(AverageFilter, FullWindowsOf127By127ComeOutZeroInTheFastFilters) {
     EXPECT_EQ(Bytes(rgbFast.begin() + (64 * w + 64) * 3, rgbFast.begin() + (64 * w + 65) * 3), Bytes(3, 0));
 }
 
+TEST(AverageFilter, EveryWidthAndTailMatchesTheReference) {
+    // Widths 1..70 and 140..160 put every tail of the 16-column steps after the running sums, and
+    // the widest ones take 16-column steps with 127-wide windows.
+    std::vector<int> widths;
+    for (int w = 1; w <= 70; ++w) widths.push_back(w);
+    for (int w = 140; w <= 160; w += 5) widths.push_back(w);
+    for (int w : widths)
+        for (int half : {0, 1, 2, 7, 63}) {
+            const int h = 6, fx = std::min(half, (w - 1) / 2), fy = std::min(half, (h - 1) / 2);
+            SCOPED_TRACE(testing::Message() << w << " half " << half);
+            const Bytes grey = random_bytes(w * h, static_cast<unsigned>(w + half));
+            const Bytes plain = run(QelGryAverageFilter, grey, w, h, half, half);
+            ASSERT_EQ(plain, reference(grey, w, h, 1, fx, fy, true));
+            ASSERT_EQ(run(grey_fast, grey, w, h, half, half), plain);  // 127 wide but only 5 high here
+            ASSERT_EQ(run(grey_full, grey, w, h, half, half), reference(grey, w, h, 1, fx, fy, false));
+        }
+}
+
 }  // namespace
