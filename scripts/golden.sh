@@ -7,5 +7,5 @@ cd "$(dirname "$0")/.."
 cmake --preset dev >/dev/null
 cmake --build build/dev --target qel_test_golden_digests
 QEL_GOLDEN_REGENERATE="$PWD/tests/golden/digests.txt" \
-  build/dev/tests/qel_test_golden_digests --gtest_filter=GoldenDigests.EveryFunctionGivesTheCommittedBytes
+  build/dev/tests/qel_test_golden_digests --gtest_filter=GoldenDigests.Regenerate
 git --no-pager diff --stat -- tests/golden/digests.txt || true

@@ -9,6 +9,7 @@
 #include "golden/entries_filter.h"
 #include "golden/entries_geometry.h"
 #include "golden/entries_histogram.h"
+#include "golden/entries_line.h"
 #include "golden/entries_misc.h"
 
 namespace golden {
@@ -33,6 +34,7 @@ inline const std::vector<Entry>& table() {
         add_filter(t);
         add_geometry(t);
         add_histogram(t);
+        add_line(t);
         add_misc(t);
         return t;
     }();
