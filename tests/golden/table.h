@@ -5,10 +5,12 @@
 #include "golden/entries_binary.h"
 #include "golden/entries_color.h"
 #include "golden/entries_contour.h"
+#include "golden/entries_draw.h"
 #include "golden/entries_edge.h"
 #include "golden/entries_filter.h"
 #include "golden/entries_geometry.h"
 #include "golden/entries_histogram.h"
+#include "golden/entries_io.h"
 #include "golden/entries_line.h"
 #include "golden/entries_misc.h"
 
@@ -30,10 +32,12 @@ inline const std::vector<Entry>& table() {
         add_binary(t);
         add_color(t);
         add_contour(t);
+        add_draw(t);
         add_edge(t);
         add_filter(t);
         add_geometry(t);
         add_histogram(t);
+        add_io(t);
         add_line(t);
         add_misc(t);
         return t;
