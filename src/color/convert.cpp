@@ -98,9 +98,12 @@ __m128i load_luma(const qel::CameraRow<Byte, 1, ChromaStep>& row, int x) {
     return simd::load(row.luma + x);
 }
 
+// Packed pairs: the 32 bytes read start at the chroma byte before pixel x's Y (so they end at the
+// last Y of the 16 pixels) and the Y samples are the odd bytes.
 template <class Byte, int ChromaStep>
 __m128i load_luma(const qel::CameraRow<Byte, 2, ChromaStep>& row, int x) {
-    return simd::even_bytes(simd::load(row.luma + 2 * x), simd::load(row.luma + 2 * x + simd::kLanes));
+    const Byte* p = row.luma + 2 * x - 1;
+    return simd::odd_bytes(simd::load(p), simd::load(p + simd::kLanes));
 }
 
 // B, G, R of 8 pixels from their Y and chroma (U − 128, V − 128) as 16-bit lanes.
