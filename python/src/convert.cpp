@@ -409,6 +409,41 @@ CheckFn in_range(const char* name, int lo, int hi) {
     };
 }
 
+CheckFn at_least(const char* name, int lo) {
+    return [=](Call& c) {
+        const int v = c.integer(name);
+        if (v < lo) c.valueError(quoted(name) + " must be at least " + std::to_string(lo) + ", got " + std::to_string(v));
+    };
+}
+
+CheckFn point_inside(const char* x, const char* y, int group) {
+    return [=](Call& c) {
+        const Dims& d = c.knownDims(group);
+        const int px = c.integer(x), py_ = c.integer(y);
+        if (px < 0 || px >= d.width || py_ < 0 || py_ >= d.height) {
+            c.valueError(std::string("the point (") + x + ", " + y + ") = (" + std::to_string(px) + ", " +
+                         std::to_string(py_) + ") must lie inside the " + std::to_string(d.width) + " x " +
+                         std::to_string(d.height) + " image");
+        }
+    };
+}
+
+void RectIn::load(Call& c) {
+    py::object o = c.arg(index);
+    int v[4] = {};
+    bool ok = py::isinstance<py::sequence>(o) && !py::isinstance<py::str>(o) && py::len(o) == 4;
+    for (std::size_t i = 0; ok && i < 4; ++i) {
+        py::object e = py::reinterpret_borrow<py::sequence>(o)[i];
+        ok = py::isinstance<py::int_>(e) || py::hasattr(e, "__index__");
+        if (!ok) break;
+        const long long w = py::int_(e).cast<long long>();
+        if (w < INT32_MIN || w > INT32_MAX) c.valueError(quoted(name) + " holds a value outside the int32 range");
+        v[i] = static_cast<int>(w);
+    }
+    if (!ok) c.typeError(quoted(name) + " must be four ints (left, top, right, bottom)");
+    r = tagRECT{v[0], v[1], v[2], v[3]};
+}
+
 ShapeFn rect_shape(const char* x1, const char* x2, const char* y1, const char* y2) {
     return [=](const Call& c) { return Shape{c.integer(y2) - c.integer(y1) + 1, c.integer(x2) - c.integer(x1) + 1}; };
 }
@@ -418,6 +453,10 @@ LengthFn width_length(int group) {
 }
 LengthFn height_length(int group) {
     return [=](const Call& c) { return static_cast<long long>(c.knownDims(group).height); };
+}
+LengthFn count_of(const char* name) {
+    const std::string key = std::string(name) + ".count";
+    return [key](const Call& c) { return static_cast<long long>(c.integer(key.c_str())); };
 }
 LengthFn fixed_length(long long n) {
     return [=](const Call&) { return n; };

@@ -445,6 +445,7 @@ struct ArrayIn : Role {
     int index = -1;
     py::array_t<T> array;
     std::string countName;
+    bool emptyOk = false;  // a length-free array may hold no value (a chain of no codes, no samples)
 
     void describe(Signature& s) {
         index = s.add(name, false, true);
@@ -458,7 +459,24 @@ struct ArrayIn : Role {
         a.verify = std::move(fn);
         return a;
     }
+    ArrayIn maybe_empty() const {
+        ArrayIn a = *this;
+        a.emptyOk = true;
+        return a;
+    }
 };
+template <class T>
+ArrayIn<T> array_in(const char* name, LengthFn length = {}) {
+    ArrayIn<T> a;
+    a.name = name;
+    a.length = std::move(length);
+    return a;
+}
+/// Chain codes: a uint8 array of direction codes, one per step, possibly none.
+inline ArrayIn<unsigned char> chain_in(const char* name = "chain") { return array_in<unsigned char>(name).maybe_empty(); }
+/// Length: the number of values of a length-free array argument (a second array that must match
+/// it, or a result of one value per input value).
+LengthFn count_of(const char* name);
 inline ArrayIn<int> ints_in(const char* name, LengthFn length = {}) {
     ArrayIn<int> a;
     a.name = name;
@@ -676,6 +694,36 @@ inline Derived<int> records_count(const char* name) {
     return derived<int>([key](const Call& c) { return c.integer(key.c_str()); });
 }
 
+/// A value the Python caller does not give: an unused parameter, or one the binding fixes.
+template <class T>
+Derived<T> fixed(T v) {
+    return derived<T>([v](const Call&) { return v; });
+}
+
+/// A tagRECT argument: a sequence of four ints, (left, top, right, bottom).
+struct RectIn : Role {
+    using cpp = tagRECT;
+    const char* name = nullptr;
+    int index = -1;
+    tagRECT r{};
+    void describe(Signature& s) { index = s.add(name, false, true); }
+    void load(Call& c);
+    tagRECT value(Call&) const { return r; }
+};
+inline RectIn rect_in(const char* name) {
+    RectIn r;
+    r.name = name;
+    return r;
+}
+/// A tagRECT the library fills: returned as the tuple (left, top, right, bottom).
+struct RectOut : Role {
+    using cpp = tagRECT*;
+    tagRECT r{};
+    tagRECT* value(Call&) { return &r; }
+    void finish(Call& c) { c.results.push_back(py::make_tuple(r.left, r.top, r.right, r.bottom)); }
+};
+inline RectOut rect_out() { return RectOut{}; }
+
 // ---- return roles ------------------------------------------------------------------------------
 
 /// The function returns nothing (void), or its value is of no use to Python callers.
@@ -831,18 +879,18 @@ void ArrayIn<T>::load(Call& c) {
     if (a.ndim() != 1) {
         c.valueError(std::string("'") + name + "' must be one-dimensional, got shape " + shapeText(a));
     }
-    if (std::is_integral_v<T> && a.dtype().itemsize() > static_cast<py::ssize_t>(sizeof(T))) {
+    if (std::is_integral_v<T> && a.size() > 0 && a.dtype().itemsize() > static_cast<py::ssize_t>(sizeof(T))) {
         // Wider integers are copied only when every value fits.
         py::object lo = a.attr("min")();
         py::object hi = a.attr("max")();
-        if (a.size() > 0 && (lo.cast<long long>() < std::numeric_limits<T>::min() ||
-                             hi.cast<long long>() > std::numeric_limits<T>::max())) {
-            c.valueError(std::string("'") + name + "' holds values outside the int32 range");
+        if (lo.cast<long long>() < std::numeric_limits<T>::min() || hi.cast<long long>() > std::numeric_limits<T>::max()) {
+            c.valueError(std::string("'") + name + "' holds values outside the range of " +
+                         py::str(py::dtype::of<T>()).cast<std::string>());
         }
     }
     array = py::reinterpret_borrow<py::array_t<T>>(a.attr("astype")(py::dtype::of<T>(), py::arg("order") = "C", py::arg("copy") = true));
     if (!length) {
-        if (array.size() < 1 || array.size() > std::numeric_limits<int>::max()) {
+        if (array.size() < (emptyOk ? 0 : 1) || array.size() > std::numeric_limits<int>::max()) {
             c.valueError(std::string("'") + name + "' must hold at least one value");
         }
         c.setScalar(countName.c_str(), static_cast<double>(array.size()));
@@ -937,6 +985,10 @@ void def(py::module_& m, const char* name, const char* cxxName, const char* summ
 CheckFn rect_inside(const char* x1, const char* x2, const char* y1, const char* y2, int group = 0);
 /// An int argument must lie in lo..hi (e.g. a channel number the library uses as a byte offset).
 CheckFn in_range(const char* name, int lo, int hi);
+/// An int argument must be at least lo (a step or a count the library divides or sizes by).
+CheckFn at_least(const char* name, int lo);
+/// The point (x, y) named by two int arguments must lie inside the image of `group`.
+CheckFn point_inside(const char* x, const char* y, int group = 0);
 /// The four int arguments x1, x2, y1, y2 of a rectangle the library trusts to lie inside the image.
 #define QEL_RECT_INSIDE(x1, x2, y1, y2) \
     ::qelpy::i32(x1), ::qelpy::i32(x2), ::qelpy::i32(y1), ::qelpy::i32(y2).check(::qelpy::rect_inside(x1, x2, y1, y2))
