@@ -107,15 +107,21 @@ __m128i load_luma(const qel::CameraRow<Byte, 2, ChromaStep>& row, int x) {
 }
 
 // B, G, R of 8 pixels from their Y and chroma (U − 128, V − 128) as 16-bit lanes.
+// The (Y, U) and (Y, V) lane pairs serve two formulas each; only green takes a third term.
 void bgr8(__m128i y, __m128i cu, __m128i cv, __m128i& b, __m128i& g, __m128i& r) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i wBlue = simd::weight_pair(qel::kYuvOne, qel::kBlueFromU);
     const __m128i wGreen = simd::weight_pair(qel::kYuvOne, -qel::kGreenFromU);
     const __m128i wGreenV = simd::weight_pair(-qel::kGreenFromV, 0);
     const __m128i wRed = simd::weight_pair(qel::kYuvOne, qel::kRedFromV);
-    b = shifted16(simd::weighted3(y, cu, zero, wBlue, zero), qel::kYuvShift);
-    g = shifted16(simd::weighted3(y, cu, cv, wGreen, wGreenV), qel::kYuvShift);
-    r = shifted16(simd::weighted3(y, cv, zero, wRed, zero), qel::kYuvShift);
+    const __m128i yu[2] = {_mm_unpacklo_epi16(y, cu), _mm_unpackhi_epi16(y, cu)};
+    const __m128i yv[2] = {_mm_unpacklo_epi16(y, cv), _mm_unpackhi_epi16(y, cv)};
+    const __m128i v0[2] = {_mm_unpacklo_epi16(cv, zero), _mm_unpackhi_epi16(cv, zero)};
+    b = shifted16({_mm_madd_epi16(yu[0], wBlue), _mm_madd_epi16(yu[1], wBlue)}, qel::kYuvShift);
+    g = shifted16({_mm_add_epi32(_mm_madd_epi16(yu[0], wGreen), _mm_madd_epi16(v0[0], wGreenV)),
+                   _mm_add_epi32(_mm_madd_epi16(yu[1], wGreen), _mm_madd_epi16(v0[1], wGreenV))},
+                  qel::kYuvShift);
+    r = shifted16({_mm_madd_epi16(yv[0], wRed), _mm_madd_epi16(yv[1], wRed)}, qel::kYuvShift);
 }
 
 // B, G, R of the whole 32-pixel blocks of a row; returns how many pixels it did.
