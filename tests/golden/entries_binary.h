@@ -36,7 +36,7 @@ inline void add_binary(std::vector<Entry>& t) {
              c.value(QelBinImgRemoveMskAndFilter(c.grey(), c.binary(), c.w, c.h, 3, 2, 90, c.out_image()));
          }},
         {"QelBinImgRemoveMskAndFilterUseLUT", [](Call& c) {
-             c.value(QelBinImgRemoveMskAndFilterUseLUT(c.grey(), c.grey(), c.w, c.h, 2, 3, 80, c.out_image()));
+             c.value(QelBinImgRemoveMskAndFilterUseLUT(c.grey(), c.grey(1), c.w, c.h, 2, 3, 80, c.out_image()));
          }},
         {"QelBinImgMaxFilter3x3", [](Call& c) { QelBinImgMaxFilter3x3(c.binary(), c.w, c.h, c.out_image()); }},
         {"QelBinImgMaxFilter3x3/rect", [](Call& c) {

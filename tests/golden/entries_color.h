@@ -157,7 +157,7 @@ inline void add_color(std::vector<Entry>& t) {
          [](Call& c) { QelExtractOneChannelFromRGB(c.bgr(), c.w, c.h, 1, c.out_image()); }},
         {"QelReplaceOneChannelInRGB", [](Call& c) { QelReplaceOneChannelInRGB(c.inout_bgr(), c.w, c.h, 0, c.grey()); }},
         {"QelOROneChannelInRGB", [](Call& c) { QelOROneChannelInRGB(c.inout_bgr(), c.w, c.h, 2, c.grey()); }},
-        {"QelGry2RGBImg", [](Call& c) { QelGry2RGBImg(c.grey(), c.grey(), c.binary(), c.w, c.h, c.out_image(3)); }},
+        {"QelGry2RGBImg", [](Call& c) { QelGry2RGBImg(c.grey(), c.grey(1), c.binary(), c.w, c.h, c.out_image(3)); }},
         {"QelExtractOneField", [](Call& c) {
              // The even field of an odd height has one row more than half.
              const size_t rows = size_t((c.h + 1) / 2);
@@ -167,7 +167,7 @@ inline void add_color(std::vector<Entry>& t) {
         {"QelMergeOddEvenField", [](Call& c) {
              const int rowsA = c.h / 2, rowsB = c.h - c.h / 2;
              unsigned char* a = c.bytes(size_t(rowsA) * size_t(c.w));
-             unsigned char* b = c.bytes(size_t(rowsB) * size_t(c.w));
+             unsigned char* b = c.bytes(size_t(rowsB) * size_t(c.w), 1);
              QelMergeOddEvenField(a, b, rowsA, rowsB, c.w, false, 2, c.out_image(), c.out<int>(1));
          }},
     });

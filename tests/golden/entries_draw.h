@@ -89,7 +89,7 @@ inline void add_draw(std::vector<Entry>& t) {
          }},
         {"QelDrawPolygon", [](Call& c) {
              int* xs = c.ints(7, -3, c.w + 3);
-             int* ys = c.ints(7, -3, c.h + 3);
+             int* ys = c.ints(7, -3, c.h + 3, 1);
              QelDrawPolygon(c.inout_grey(), c.w, c.h, xs, ys, 7, 1, -1, 251);
          }},
         {"QelSetNumberString2GryImg",

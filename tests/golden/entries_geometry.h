@@ -63,7 +63,7 @@ inline void add_geometry(std::vector<Entry>& t) {
         {"QelPasteGryImg2RGBImg",
          [](Call& c) { QelPasteGryImg2RGBImg(c.binary(), c.w, c.h, c.inout_bgr(), c.w, c.h, -4, c.h / 3); }},
         {"QelPasteRGBImg2ResImg",
-         [](Call& c) { QelPasteRGBImg2ResImg(c.bgr(), c.w, c.h, c.inout_bgr(), c.w, c.h, 5, 6); }},
+         [](Call& c) { QelPasteRGBImg2ResImg(c.bgr(), c.w, c.h, c.inout_bgr(1), c.w, c.h, 5, 6); }},
         {"QelGryImgBilinearInterpolattionFast", [](Call& c) {
              QelGryImgBilinearInterpolattionFast(c.grey(), c.w, c.h, c.out(size_t(c.w * 3 / 2) * size_t(c.h / 2)),
                                                  c.w * 3 / 2, c.h / 2);

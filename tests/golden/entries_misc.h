@@ -29,28 +29,28 @@ inline void record_regions(Call& c, const RegionStruct* list) {
 inline void add_misc(std::vector<Entry>& t) {
     t.insert(t.end(), {
         {"QelImgDifferenceInRect", [](Call& c) {
-             c.value(QelImgDifferenceInRect(c.bgr(), c.bgr(), true, c.w, rect_of(1, 2, c.w - 2, c.h - 1),
+             c.value(QelImgDifferenceInRect(c.bgr(), c.bgr(1), true, c.w, rect_of(1, 2, c.w - 2, c.h - 1),
                                             rect_of(0, 0, c.w / 2, c.h / 2)));
          }},
         {"QelImg1AndImg2To1", [](Call& c) { QelImg1AndImg2To1(c.inout_grey(), c.binary(), c.area()); }},
         {"QelImg1OrImg2To1", [](Call& c) { QelImg1OrImg2To1(c.inout_grey(), c.binary(), c.area()); }},
-        {"QelImg1XorImg2To1", [](Call& c) { QelImg1XorImg2To1(c.inout_grey(), c.grey(), c.area()); }},
+        {"QelImg1XorImg2To1", [](Call& c) { QelImg1XorImg2To1(c.inout_grey(), c.grey(1), c.area()); }},
         {"QelImg1AndImg2ToRes", [](Call& c) { QelImg1AndImg2ToRes(c.grey(), c.binary(), c.area(), c.out_image()); }},
         {"QelImg1OrImg2ToRes", [](Call& c) { QelImg1OrImg2ToRes(c.grey(), c.binary(), c.area(), c.out_image()); }},
-        {"QelImg1XorImg2ToRes", [](Call& c) { QelImg1XorImg2ToRes(c.grey(), c.grey(), c.area(), c.out_image()); }},
-        {"QelImg1Difference2To1", [](Call& c) { QelImg1Difference2To1(c.inout_grey(), c.grey(), c.w, c.h); }},
-        {"QelImg1Substract2To1", [](Call& c) { QelImg1Substract2To1(c.inout_grey(), c.grey(), c.w, c.h); }},
-        {"QelImg1Substract2To2", [](Call& c) { QelImg1Substract2To2(c.grey(), c.inout_grey(), c.w, c.h); }},
+        {"QelImg1XorImg2ToRes", [](Call& c) { QelImg1XorImg2ToRes(c.grey(), c.grey(1), c.area(), c.out_image()); }},
+        {"QelImg1Difference2To1", [](Call& c) { QelImg1Difference2To1(c.inout_grey(), c.grey(1), c.w, c.h); }},
+        {"QelImg1Substract2To1", [](Call& c) { QelImg1Substract2To1(c.inout_grey(), c.grey(1), c.w, c.h); }},
+        {"QelImg1Substract2To2", [](Call& c) { QelImg1Substract2To2(c.grey(), c.inout_grey(1), c.w, c.h); }},
         {"QelImg1SubstractImg2",
-         [](Call& c) { QelImg1SubstractImg2(c.bgr(), c.bgr(), c.w, c.h, true, c.out_image(3)); }},
-        {"QelDifferenceImg12", [](Call& c) { QelDifferenceImg12(c.bgr(), c.bgr(), c.w, c.h, true, c.out_image()); }},
+         [](Call& c) { QelImg1SubstractImg2(c.bgr(), c.bgr(1), c.w, c.h, true, c.out_image(3)); }},
+        {"QelDifferenceImg12", [](Call& c) { QelDifferenceImg12(c.bgr(), c.bgr(1), c.w, c.h, true, c.out_image()); }},
         {"QelDifferenceImg12/histogram", [](Call& c) {
-             QelDifferenceImg12(c.grey(), c.grey(), c.w, c.h, false, c.out_image(), c.out<int>(256));
+             QelDifferenceImg12(c.grey(), c.grey(1), c.w, c.h, false, c.out_image(), c.out<int>(256));
          }},
-        {"QelRemainMaxGry", [](Call& c) { QelRemainMaxGry(c.bgr(), c.w, c.h, true, c.inout_bgr()); }},
-        {"QelRemainMinGry", [](Call& c) { QelRemainMinGry(c.grey(), c.w, c.h, false, c.inout_grey()); }},
+        {"QelRemainMaxGry", [](Call& c) { QelRemainMaxGry(c.bgr(), c.w, c.h, true, c.inout_bgr(1)); }},
+        {"QelRemainMinGry", [](Call& c) { QelRemainMinGry(c.grey(), c.w, c.h, false, c.inout_grey(1)); }},
         {"QelRemainMaxMinGry",
-         [](Call& c) { QelRemainMaxMinGry(c.grey(), c.w, c.h, false, c.inout_grey(), c.inout_grey()); }},
+         [](Call& c) { QelRemainMaxMinGry(c.grey(), c.w, c.h, false, c.inout_grey(1), c.inout_grey(2)); }},
         {"QelDoSumGryImg", [](Call& c) { QelDoSumGryImg(c.grey(), c.w, c.h, c.out<int>(size_t(c.area()))); }},
         {"QelCenterBlockMeanDif",
          [](Call& c) { c.value(QelCenterBlockMeanDif(c.grey(), c.w, c.h, c.w / 3, c.w / 2, c.h / 3, c.h / 2, 4)); }},
@@ -66,7 +66,7 @@ inline void add_misc(std::vector<Entry>& t) {
         {"QelEstimateImgStdev", [](Call& c) { c.value(QelEstimateImgStdev(c.grey(), c.binary(), c.w, c.h, 8, 6)); }},
         {"QelPointsRect", [](Call& c) {
              int* r = c.out<int>(4);
-             QelPointsRect(c.ints(20, -5, c.w), c.ints(20, 0, c.h + 4), 20, &r[0], &r[1], &r[2], &r[3]);
+             QelPointsRect(c.ints(20, -5, c.w), c.ints(20, 0, c.h + 4, 1), 20, &r[0], &r[1], &r[2], &r[3]);
          }},
         {"QelRGBRectAvr", [](Call& c) {
              int* r = c.out<int>(3);
@@ -126,7 +126,7 @@ inline void add_misc(std::vector<Entry>& t) {
          }},
         {"QelpDataDeleteByWeightReturnNum", [](Call& c) {
              int* values = c.result(c.ints(size_t(c.w), 0, 500), size_t(c.w));
-             int* weights = c.result(c.ints(size_t(c.w), 0, 10), size_t(c.w));
+             int* weights = c.result(c.ints(size_t(c.w), 0, 10, 1), size_t(c.w));
              c.value(QelpDataDeleteByWeightReturnNum(values, weights, c.w, 3, 7));
          }},
     });

@@ -6,6 +6,7 @@
 #ifndef QEL_TESTS_GOLDEN_TABLE_H
 #define QEL_TESTS_GOLDEN_TABLE_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -49,17 +50,26 @@ private:
 // requested size; those marked as results are digested after the call, in the order they were made.
 class Call {
 public:
-    Call(int width, int height, uint64_t seed) : w(width), h(height), gen_(seed) {}
+    Call(int width, int height, uint64_t seed) : w(width), h(height), seed_(seed), gen_(source(kOwn, 0)) {}
 
     const int w;
     const int h;
     int area() const { return w * h; }
 
     // ---- inputs (not digested unless marked with result())
+    // The contents of an input depend only on the Call's seed, its kind and its variant, never on
+    // the order of the calls making them: arguments are evaluated in an unspecified order (g++ and
+    // clang++ differ), so two inputs of one kind in one argument list take different variants.
     // Grey: a diagonal ramp with noise and a brighter disc, so edges, peaks and runs exist.
-    unsigned char* grey() { return fill_grey(block<unsigned char>(size_t(area()), false), w, h); }
+    unsigned char* grey(int variant = 0) {
+        Generator g = source(kGrey, variant);
+        return fill_grey(block<unsigned char>(size_t(area()), false), g);
+    }
     // Binary: 0/255 blocks of 4 x 4 pixels plus a filled rectangle.
-    unsigned char* binary() { return fill_binary(block<unsigned char>(size_t(area()), false), w, h); }
+    unsigned char* binary(int variant = 0) {
+        Generator g = source(kBinary, variant);
+        return fill_binary(block<unsigned char>(size_t(area()), false), g);
+    }
     // Objects on a zero frame: a filled ellipse with a rectangular hole, and a small square.
     unsigned char* blobs() {
         unsigned char* p = block<unsigned char>(size_t(area()), false);
@@ -75,32 +85,36 @@ public:
         return p;
     }
     // 24-bit B, G, R.
-    unsigned char* bgr() {
+    unsigned char* bgr(int variant = 0) {
+        Generator g = source(kBgr, variant);
         unsigned char* p = block<unsigned char>(size_t(area()) * 3, false);
-        for (int i = 0; i < area() * 3; ++i) p[i] = static_cast<unsigned char>((i * 37 + gen_.below(64)) & 255);
+        for (int i = 0; i < area() * 3; ++i) p[i] = static_cast<unsigned char>((i * 37 + g.below(64)) & 255);
         return p;
     }
     // Random bytes of any length (camera frames, masks, data).
-    unsigned char* bytes(size_t n) {
+    unsigned char* bytes(size_t n, int variant = 0) {
+        Generator g = source(kBytes, variant);
         unsigned char* p = block<unsigned char>(n, false);
-        for (size_t i = 0; i < n; ++i) p[i] = static_cast<unsigned char>(gen_.next() >> 7);
+        for (size_t i = 0; i < n; ++i) p[i] = static_cast<unsigned char>(g.next() >> 7);
         return p;
     }
     // n values in lo..hi; doubles in lo..hi in steps of 1/8 (exact in binary).
-    int* ints(size_t n, int lo, int hi) {
+    int* ints(size_t n, int lo, int hi, int variant = 0) {
+        Generator g = source(kInts, variant);
         int* p = block<int>(n, false);
-        for (size_t i = 0; i < n; ++i) p[i] = lo + gen_.below(hi - lo + 1);
+        for (size_t i = 0; i < n; ++i) p[i] = lo + g.below(hi - lo + 1);
         return p;
     }
-    double* doubles(size_t n, int lo, int hi) {
+    double* doubles(size_t n, int lo, int hi, int variant = 0) {
+        Generator g = source(kDoubles, variant);
         double* p = block<double>(n, false);
-        for (size_t i = 0; i < n; ++i) p[i] = lo + gen_.below((hi - lo) * 8 + 1) / 8.0;
+        for (size_t i = 0; i < n; ++i) p[i] = lo + g.below((hi - lo) * 8 + 1) / 8.0;
         return p;
     }
     // The 256-bin histogram of a fresh grey image.
-    int* histogram() {
+    int* histogram(int variant = 0) {
         int* hist = block<int>(256, false);
-        const unsigned char* g = grey();
+        const unsigned char* g = grey(variant);
         for (int i = 0; i < area(); ++i) ++hist[g[i]];
         return hist;
     }
@@ -112,9 +126,9 @@ public:
     T* out(size_t n) { return block<T>(n, true); }
     unsigned char* out_image(int channels = 1) { return out<unsigned char>(size_t(area()) * size_t(channels)); }
     // In-place images: generated as the inputs above and digested after the call.
-    unsigned char* inout_grey() { return result(grey(), size_t(area())); }
-    unsigned char* inout_binary() { return result(binary(), size_t(area())); }
-    unsigned char* inout_bgr() { return result(bgr(), size_t(area()) * 3); }
+    unsigned char* inout_grey(int variant = 0) { return result(grey(variant), size_t(area())); }
+    unsigned char* inout_binary(int variant = 0) { return result(binary(variant), size_t(area())); }
+    unsigned char* inout_bgr(int variant = 0) { return result(bgr(variant), size_t(area()) * 3); }
 
     // Marks an existing block as a result (digested after the call).
     template <class T>
@@ -139,16 +153,25 @@ public:
     void value(int v) { value(static_cast<long long>(v)); }
     void value(unsigned int v) { value(static_cast<long long>(v)); }
 
-    // Digest of every result block, then of the returned values.
+    // Digest of the result blocks' digests, in ascending order (blocks made in one argument list
+    // come in an unspecified order), then of the returned values in the order they were recorded.
     uint64_t digest() const {
-        Digest d;
+        std::vector<uint64_t> each;
         for (const auto& b : blocks_)
-            if (b.digested) d.add(b.data.get(), b.bytes);
-        uint64_t v = values_.value();
+            if (b.digested) {
+                Digest block;
+                block.add(b.data.get(), b.bytes);
+                each.push_back(block.value());
+            }
+        std::sort(each.begin(), each.end());
+        Digest d;
+        for (uint64_t v : each) d.add(&v, sizeof v);
+        const uint64_t v = values_.value();
         d.add(&v, sizeof v);
         return d.value();
     }
 
+    // A generator for the entry's own use, in statement order.
     Generator& gen() { return gen_; }
 
 private:
@@ -168,20 +191,27 @@ private:
         return p;
     }
 
-    unsigned char* fill_grey(unsigned char* p, int width, int height) {
+    enum Kind { kGrey = 1, kBinary, kBgr, kBytes, kInts, kDoubles, kOwn };
+    Generator source(Kind kind, int variant) const {
+        return Generator(seed_ ^ (uint64_t(kind) << 40) ^ (uint64_t(unsigned(variant)) << 20));
+    }
+
+    unsigned char* fill_grey(unsigned char* p, Generator& g) {
+        const int width = w, height = h;
         const int cx = width / 2, cy = height / 2, r2 = (width * width + height * height) / 16;
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
-                int v = (x * 160) / (width > 1 ? width : 1) + (y * 60) / (height > 1 ? height : 1) + gen_.below(24);
+                int v = (x * 160) / (width > 1 ? width : 1) + (y * 60) / (height > 1 ? height : 1) + g.below(24);
                 if ((x - cx) * (x - cx) + (y - cy) * (y - cy) < r2) v += 30;
                 p[y * width + x] = static_cast<unsigned char>(v > 255 ? 255 : v);
             }
         return p;
     }
-    unsigned char* fill_binary(unsigned char* p, int width, int height) {
+    unsigned char* fill_binary(unsigned char* p, Generator& g) {
+        const int width = w, height = h;
         const int bw = (width + 3) / 4;
         std::vector<unsigned char> cells(size_t(bw) * size_t((height + 3) / 4));
-        for (auto& c : cells) c = gen_.below(5) < 2 ? 255 : 0;
+        for (auto& c : cells) c = g.below(5) < 2 ? 255 : 0;
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
                 bool inRect = x >= width / 4 && x <= width / 2 && y >= height / 3 && y <= (2 * height) / 3;
@@ -190,6 +220,7 @@ private:
         return p;
     }
 
+    uint64_t seed_;
     Generator gen_;
     std::vector<Block> blocks_;
     Digest values_;
