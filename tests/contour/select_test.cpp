@@ -153,8 +153,9 @@ TEST(MarkMaxAreaHole, DrawsTheLargestHoleAndKeepsTheMarks) {
 // Objects touching every edge, in images down to 1 x 1: every scan stays inside the image (the
 // sanitizer builds check it) and hands back a binary image with a zero frame.
 TEST(RegionScans, ObjectsOnTheFrameAreSafeAtEverySize) {
-    for (auto [w, h] : std::vector<std::pair<int, int>>{{1, 1}, {2, 2}, {3, 3}, {5, 4}, {4, 9}, {17, 13}})
+    for (const auto& size : std::vector<std::pair<int, int>>{{1, 1}, {2, 2}, {3, 3}, {5, 4}, {4, 9}, {17, 13}})
         for (int percent : {100, 70, 40}) {
+            const int w = size.first, h = size.second;  // named copies: lambdas below capture them
             const Image src = contour_test::random_noise(w, h, percent, static_cast<unsigned>(w * 100 + h + percent));
             Bytes work(src.size() * 4);
             Image out(w, h);
