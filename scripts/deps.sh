@@ -21,6 +21,15 @@ apt-cache show "$jpeg_dev" >/dev/null 2>&1 || jpeg_dev=libjpeg-dev
 if [ "${1:-}" = "bench" ]; then
   [ -f /usr/include/opencv4/opencv2/imgproc.hpp ] || need+=(libopencv-dev)
 fi
+# The clang++ build (scripts/test.sh clang) and the 32-bit x86 build (scripts/test.sh m32), which
+# compiles GoogleTest from Debian's sources in /usr/src/googletest.
+if [ "${1:-}" = "clang" ]; then
+  command -v clang++ >/dev/null 2>&1 || need+=(clang)
+fi
+if [ "${1:-}" = "m32" ]; then
+  dpkg -s g++-multilib >/dev/null 2>&1 || need+=(g++-multilib)
+  [ -f /usr/src/googletest/CMakeLists.txt ] || need+=(googletest)
+fi
 [ -f /usr/include/pybind11/pybind11.h ] || need+=(pybind11-dev)
 [ -f /usr/bin/python3 ] || need+=(python3)
 python_has() { /usr/bin/python3 -c "import $1" >/dev/null 2>&1; }

@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # Builds Qel with its tests and runs them: `scripts/test.sh` (debug build) or
 # `scripts/test.sh asan` (AddressSanitizer + UndefinedBehaviorSanitizer build) or
-# `scripts/test.sh portable` (portable loops instead of SIMD).
+# `scripts/test.sh portable` (portable loops instead of SIMD) or
+# `scripts/test.sh clang` (clang++ 64-bit) or
+# `scripts/test.sh m32` (g++ -m32, 32-bit x86; without the tool and the Python package).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash scripts/deps.sh
 preset="${1:-dev}"
+bash scripts/deps.sh "$preset"
 cmake --workflow --preset "$preset"
