@@ -114,6 +114,9 @@ void bind_histogram(py::module_ m) {
              array_out<double>([](const Call& c) { return std::max(c.integer("k"), 0); }));
     QEL_BIND(m, "threshold", QelThreshold, "Binary image: 255 where the pixel is >= threshold, else 0 (out may be image).",
              none, grey("image"), width, height, i32("threshold"), grey_out().aliasing());
+    QEL_BIND(m, "threshold_in_place", QelThreshold,
+             "The in-place QelThreshold: a binarised copy, or with out=image the image itself binarised.",
+             none, grey_inout("image"), width, height, i32("threshold"));
     QEL_BIND(m, "threshold2v1v2", QelThreshold2V1V2,
              "Pixels below threshold become low_value, the others high_value (low bytes).",
              none, grey_inout("image"), width, height, i32("threshold"), i32("low_value"), i32("high_value"));
@@ -121,6 +124,9 @@ void bind_histogram(py::module_ m) {
              "Binarises the rectangle into the same positions of out (out=image: in place); the rest of out is\n"
              "left as it was (0 in a new array).",
              none, grey("image"), width, QEL_RECT_INSIDE("x1", "x2", "y1", "y2"), i32("threshold"), grey_out().aliasing());
+    QEL_BIND(m, "threshold_in_rect_in_place", QelThresholdInRect,
+             "The in-place QelThresholdInRect: a copy with the rectangle binarised (out=image: in place).",
+             none, grey_inout("image"), width, QEL_RECT_INSIDE("x1", "x2", "y1", "y2"), i32("threshold"));
     QEL_BIND(m, "threshold_by_percent", QelThresholdByPercent,
              "Binarises at the level where, from 255 down, more than percent % of the pixels were passed.",
              none, grey_inout("image"), width, height, i32("percent"));
@@ -128,6 +134,9 @@ void bind_histogram(py::module_ m) {
              "Binarises at T found from 255 down by ratio (clamped 0..1; T of 0 becomes 1 when ratio < 0.5):\n"
              "(T, binary).",
              returns_int, grey("image"), width, height, f64("ratio"), grey_out().aliasing());
+    QEL_BIND(m, "threshold_by_ratio_in_place", QelThresholdByRatio,
+             "The in-place QelThresholdByRatio: (T, binarised copy), or with out=image the image itself.",
+             returns_int, grey_inout("image"), width, height, f64("ratio"));
     QEL_BIND(m, "threshold_by_ratio_in_rect", QelThresholdByRatio,
              "threshold_by_ratio with T from, and applied to, the rectangle only: (T, image).",
              returns_int, grey_inout("image"), width, QEL_RECT_INSIDE("x1", "x2", "y1", "y2"), f64("ratio"));
@@ -175,6 +184,9 @@ void bind_histogram(py::module_ m) {
     // ---- grey-value corrections
     QEL_BIND(m, "invert_gry_value", QelInvertGryValue, "255 - pixel (out may be image).",
              none, grey("image"), width, height, grey_out().aliasing());
+    QEL_BIND(m, "invert_gry_value_in_place", QelInvertGryValue,
+             "The in-place QelInvertGryValue: an inverted copy, or with out=image the image itself inverted.",
+             none, grey_inout("image"), width, height);
     QEL_BIND(m, "change0and250_plus_pixels", QelChange0and250PlusPixels, "Copy with 0 made 1 and 251..255 made 250.",
              none, grey_inout("image"), width, height);
     QEL_BIND(m, "set_odd_pixels_to255", QelSetOddPixelsTo255, "Copy with every odd grey level made 255.",

@@ -81,6 +81,15 @@ def test_threshold_variants():
     assert small.shape == (6, 7)
     np.testing.assert_array_equal(small, H.threshold(image[::3, ::3].copy(), 90))
     np.testing.assert_array_equal(H.threshold2v1v2(image, 100, 7, 9), np.where(image < 100, 7, 9))
+    # The in-place overloads give what the out= forms give.
+    np.testing.assert_array_equal(H.threshold_in_place(image, 128), H.threshold(image, 128))
+    np.testing.assert_array_equal(H.threshold_in_rect_in_place(image, 2, 5, 3, 4, 100)[3:5, 2:6], in_rect[3:5, 2:6])
+    assert H.threshold_in_rect_in_place(image, 2, 5, 3, 4, 100)[0, 0] == image[0, 0]
+    t2, binary2 = H.threshold_by_ratio_in_place(image, 0.25)
+    assert t2 == t and np.array_equal(binary2, binary)
+    inverted = image.copy()
+    H.invert_gry_value_in_place(inverted, out=inverted)
+    np.testing.assert_array_equal(inverted, H.invert_gry_value(image))
 
 
 def test_in_place_copies_leave_the_argument_alone():
