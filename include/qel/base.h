@@ -28,6 +28,11 @@
 #    define NOMINMAX
 #  endif
 #  include <windows.h>
+// windef.h defines `near` and `far` away (as nothing); the library's own sources use them as names.
+#  if defined(QEL_BUILDING_LIBRARY)
+#    undef near
+#    undef far
+#  endif
 #else
 /// Rectangle record, layout-compatible with the Windows one: left, top, right, bottom as 32-bit
 /// signed integers. Qel treats both right and bottom as inside the rectangle.
