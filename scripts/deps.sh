@@ -30,6 +30,12 @@ if [ "${1:-}" = "m32" ]; then
   dpkg -s g++-multilib >/dev/null 2>&1 || need+=(g++-multilib)
   [ -f /usr/src/googletest/CMakeLists.txt ] || need+=(googletest)
 fi
+# The Windows cross build (scripts/test.sh mingw): MinGW-w64 with posix threads, and wine64 to run it.
+if [ "${1:-}" = "mingw" ]; then
+  command -v x86_64-w64-mingw32-g++-posix >/dev/null 2>&1 || need+=(g++-mingw-w64-x86-64-posix)
+  [ -x /usr/lib/wine/wine64 ] || need+=(wine64)
+  [ -f /usr/src/googletest/CMakeLists.txt ] || need+=(googletest)
+fi
 [ -f /usr/include/pybind11/pybind11.h ] || need+=(pybind11-dev)
 [ -f /usr/bin/python3 ] || need+=(python3)
 python_has() { /usr/bin/python3 -c "import $1" >/dev/null 2>&1; }
