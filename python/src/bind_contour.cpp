@@ -3,7 +3,6 @@
 #include "convert.h"
 
 #include <cstring>
-#include <memory>
 #include <vector>
 
 namespace qelpy {
@@ -129,21 +128,12 @@ struct Contour {
     py::array chain;
 };
 
-// QelGetContours' list, turned into a list of Contour objects; the records are freed here.
-struct ContourList {
-    using type = QEL_CONTOUR_STRUCT*;
-    static constexpr bool mayRefuse = false;
-    void take(Call& c, QEL_CONTOUR_STRUCT* head) const {
-        std::unique_ptr<QEL_CONTOUR_STRUCT, void (*)(QEL_CONTOUR_STRUCT*)> owner(head, QelFreeContours);
-        py::list contours;
-        for (const QEL_CONTOUR_STRUCT* r = head; r != nullptr; r = r->next) {
-            py::array_t<unsigned char> chain(r->chainLen);
-            if (r->chainLen > 0) std::memcpy(chain.mutable_data(), r->chain, static_cast<std::size_t>(r->chainLen));
-            contours.append(Contour{r->isOuter, r->area, r->perimeter, r->x, r->y, chain});
-        }
-        c.results.push_back(contours);
-    }
-};
+// QelGetContours' list, as Contour objects.
+RecordList<QEL_CONTOUR_STRUCT> contour_list() {
+    return {QelFreeContours, [](const QEL_CONTOUR_STRUCT& r) {
+                return py::cast(Contour{r.isOuter, r.area, r.perimeter, r.x, r.y, chain_copy(r.chain, r.chainLen)});
+            }};
+}
 
 void distinct_fill_values(Call& c) {
     if ((c.integer("boundary_value") & 255) == (c.integer("fill_value") & 255)) {
@@ -185,7 +175,7 @@ void bind_contour(py::module_ m) {
              "Every boundary kept, as Contour objects in scan order: at least min_length codes, area >=\n"
              "min_area, of the wanted kind (mode 1 outer only, 2 holes only, other both). The argument is\n"
              "left alone; the library's list is released for you.",
-             ContourList{}, work_copy(), chain_scratch, width, height, i32("min_length", 1), i32("min_area", 0),
+             contour_list(), work_copy(), chain_scratch, width, height, i32("min_length", 1), i32("min_area", 0),
              i32("mode", 0));
     QEL_BIND(m, "chain2points", QelChain2Points,
              "(xs, ys): the n points of a closed chain of n codes (the closing code is not applied).",

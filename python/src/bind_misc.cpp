@@ -2,7 +2,6 @@
 // one-dimensional data utilities.
 #include "convert.h"
 
-#include <memory>
 
 namespace qelpy {
 
@@ -68,22 +67,13 @@ struct Region {
     int area, perimeter, level, enclosingId, id, parentId, childArea;
 };
 
-// QelMergeSplit's list, turned into a list of Region objects; the records are freed here.
-struct RegionList {
-    using type = RegionStruct*;
-    static constexpr bool mayRefuse = false;
-    void take(Call& c, RegionStruct* head) const {
-        std::unique_ptr<RegionStruct, void (*)(RegionStruct*)> owner(head, QelFreeRegionStruct);
-        py::list regions;
-        for (const RegionStruct* r = head; r != nullptr; r = r->next) {
-            py::array_t<unsigned char> chain(r->chainLength);
-            if (r->chainLength > 0) std::memcpy(chain.mutable_data(), r->chain, static_cast<std::size_t>(r->chainLength));
-            regions.append(Region{r->x, r->y, chain, r->area, r->perimeter, r->level, r->enclosingId, r->id,
-                                  r->parentId, r->childArea});
-        }
-        c.results.push_back(regions);
-    }
-};
+// QelMergeSplit's list, as Region objects.
+RecordList<RegionStruct> region_list() {
+    return {QelFreeRegionStruct, [](const RegionStruct& r) {
+                return py::cast(Region{r.x, r.y, chain_copy(r.chain, r.chainLength), r.area, r.perimeter, r.level,
+                                       r.enclosingId, r.id, r.parentId, r.childArea});
+            }};
+}
 
 // An array argument whose copy the library changes in place: the copy is returned.
 template <class R>
@@ -203,7 +193,7 @@ void bind_misc(py::module_ m) {
              "Split-and-merge segmentation: the list of Region objects in ascending order of area (the\n"
              "library's records are released for you). The argument is left alone; the library works on an\n"
              "inverted copy.",
-             RegionList{}, grey_copy("grey"), scratch<unsigned char>([](const Call& c) { return 2 * pixels_length()(c); }),
+             region_list(), grey_copy("grey"), scratch<unsigned char>([](const Call& c) { return 2 * pixels_length()(c); }),
              width, height, i32("min_area"), i32("min_contrast"), f64("split_ratio"));
 
     // ---- one-dimensional data

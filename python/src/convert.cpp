@@ -454,6 +454,12 @@ LengthFn width_length(int group) {
 LengthFn height_length(int group) {
     return [=](const Call& c) { return static_cast<long long>(c.knownDims(group).height); };
 }
+py::array_t<unsigned char> chain_copy(const unsigned char* chain, int n) {
+    py::array_t<unsigned char> codes(n > 0 ? n : 0);
+    if (n > 0) std::memcpy(codes.mutable_data(), chain, static_cast<std::size_t>(n));
+    return codes;
+}
+
 LengthFn count_of(const char* name) {
     const std::string key = std::string(name) + ".count";
     return [key](const Call& c) { return static_cast<long long>(c.integer(key.c_str())); };

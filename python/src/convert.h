@@ -27,6 +27,7 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <type_traits>
 #include <mutex>
 #include <optional>
@@ -776,6 +777,24 @@ struct NoneIfFalse {
     void take(Call& c, bool r) const { c.returnNone = !r; }
 };
 inline const NoneIfFalse none_if_false{};
+
+/// A linked list of records the library allocated (contours, regions): returned as a Python list
+/// of `convert(record)`, the records released by `release` before the call returns.
+template <class Record>
+struct RecordList {
+    using type = Record*;
+    static constexpr bool mayRefuse = false;
+    void (*release)(Record*);
+    std::function<py::object(const Record&)> convert;
+    void take(Call& c, Record* head) const {
+        std::unique_ptr<Record, void (*)(Record*)> owner(head, release);
+        py::list items;
+        for (const Record* r = head; r != nullptr; r = r->next) items.append(convert(*r));
+        c.results.push_back(items);
+    }
+};
+/// A copy of n chain codes owned by a record, as a uint8 array.
+py::array_t<unsigned char> chain_copy(const unsigned char* chain, int n);
 
 // ---- template members ----------------------------------------------------------------------------
 
