@@ -101,7 +101,20 @@ function(qel_setup_font)
       list(APPEND copies ${copy})
     endif()
   endforeach()
+  # The Python package finds the font in its own directory (installed there by pip).
+  if(TARGET _qel)
+    get_target_property(packageDir _qel LIBRARY_OUTPUT_DIRECTORY)
+    set(copy ${packageDir}/hzk16.dat)
+    add_custom_command(OUTPUT ${copy}
+      COMMAND ${CMAKE_COMMAND} -E copy_if_different ${font} ${copy}
+      DEPENDS ${font}
+      VERBATIM)
+    list(APPEND copies ${copy})
+  endif()
   add_custom_target(qel_font ALL DEPENDS ${copies})
+  if(TARGET _qel)
+    add_dependencies(_qel qel_font)
+  endif()
   foreach(program IN LISTS programs)
     add_dependencies(${program} qel_font)
   endforeach()

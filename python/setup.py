@@ -48,6 +48,10 @@ class CMakeBuild(build_ext):
         built = next((build / "python" / "qel").glob("_qel*" + Path(target).suffix))
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy2(built, target)
+        # The font of the font-text functions, generated beside the module when Unifont is there.
+        font = built.parent / "hzk16.dat"
+        if font.is_file():
+            shutil.copy2(font, target.parent / "hzk16.dat")
 
 
 setup(ext_modules=[CMakeExtension("qel._qel")], cmdclass={"build_ext": CMakeBuild})

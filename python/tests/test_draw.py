@@ -1,6 +1,9 @@
 """qel.draw: copies or in-place drawing, colours stored B, G, R, outlines against numpy, the drawing
 quirks callers rely on, digits and font text."""
 
+import os
+import subprocess
+import sys
 from pathlib import Path
 
 import numpy as np
@@ -105,3 +108,18 @@ def test_font_text_draws_or_is_refused_without_touching_out(monkeypatch):
     assert not image.any()
     with pytest.raises(ValueError, match="GB2312"):
         d.draw_chinese_string32x32(blank(40, 40), 0, 0, 0, 0, 255, "\u20ac")
+
+
+def test_the_package_carries_its_font():
+    """pip copies the font beside the module; without QEL_FONT_FILE the package points the library at it."""
+    if not build_tree_font().is_file():
+        pytest.skip("no hzk16.dat in the build tree")
+    packaged = Path(qel.__file__).resolve().parent / "hzk16.dat"
+    assert packaged.read_bytes() == build_tree_font().read_bytes()
+    env = {k: v for k, v in os.environ.items() if k != "QEL_FONT_FILE"}
+    script = ("import os, numpy as np, qel.draw as d; "
+              "print(os.environ['QEL_FONT_FILE']); "
+              "print(int(d.draw_chinese_string16x16(np.zeros((32, 32), np.uint8), 0, 0, 0, 0, 255, '中').any()))")
+    lines = subprocess.run([sys.executable, "-c", script], env=env, check=True,
+                           capture_output=True, text=True).stdout.split()
+    assert lines == [str(packaged), "1"]
