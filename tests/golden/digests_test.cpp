@@ -13,11 +13,8 @@
 #include <set>
 #include <sstream>
 
+#include "golden/exports.h"
 #include "golden/table.h"
-
-#if defined(__linux__)
-#  include <dlfcn.h>
-#endif
 
 namespace {
 
@@ -146,25 +143,9 @@ TEST(GoldenDigests, RepeatedRunsGiveTheSameDigest) {
 // exported name needs an entry. The export list comes from nm on the loaded library.
 TEST(GoldenDigests, TableCoversTheExportedFunctions) {
 #if defined(__linux__) && !defined(QEL_STATIC)
-    Dl_info info{};
-    void* any = reinterpret_cast<void*>(static_cast<void (*)(unsigned char*, int, int, int*)>(&QelGetHistogram));
-    ASSERT_NE(dladdr(any, &info), 0);
-    const std::string command = std::string("nm -D -C --defined-only '") + info.dli_fname + "' 2>/dev/null";
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) GTEST_SKIP() << "nm is not available";
-    std::map<std::string, int> exported;
-    char line[4096];
+    const std::map<std::string, int> exported = golden::exported_functions();
     int total = 0;
-    while (std::fgets(line, sizeof line, pipe)) {
-        char kind = 0;
-        char name[4000] = {0};
-        if (std::sscanf(line, "%*s %c %3999[^\n]", &kind, name) != 2 || kind == 'A') continue;
-        std::string base(name);
-        base = base.substr(0, base.find('('));
-        ++exported[base];
-        ++total;
-    }
-    pclose(pipe);
+    for (const auto& [name, count] : exported) total += count;
     if (total == 0) GTEST_SKIP() << "nm listed nothing";
 
     std::map<std::string, int> covered;

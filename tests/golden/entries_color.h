@@ -15,15 +15,9 @@ inline size_t cbycry_bytes(const Call& c) { return size_t(c.area()) * 2; }
 inline size_t yuv420_bytes(const Call& c) { return size_t(c.area()) + 2 * size_t(c.w / 2) * size_t(c.h / 2); }
 inline size_t yuv422_bytes(const Call& c) { return size_t(c.area()) + 2 * size_t(c.w / 2) * size_t(c.h); }
 
-// The rectangle the rectangle copies take: columns 2..w-3 and rows 2..h-3 (even sides for even sizes).
-struct Rect {
-    int x1, x2, y1, y2;
-    size_t w() const { return size_t(x2 - x1 + 1); }
-    size_t h() const { return size_t(y2 - y1 + 1); }
-    size_t area() const { return w() * h(); }
-    size_t quarter() const { return ((w() + 3) / 4) * ((h() + 3) / 4); }
-};
-inline Rect inner(const Call& c) { return {2, c.w - 3, 2, c.h - 3}; }
+// The rectangle the rectangle copies take: columns 2..w-3 and rows 2..h-3 (even sides for even
+// sizes); in the sweep any rectangle inside the frame.
+inline Rect inner(Call& c) { return c.inside({2, c.w - 3, 2, c.h - 3}); }
 
 // One rectangle copy of a camera frame with a single output of `bytes(rect)` bytes.
 #define QEL_GOLDEN_FRAME_RECT(fn, frameBytes, outBytes)                                      \
@@ -102,7 +96,7 @@ inline void add_color(std::vector<Entry>& t) {
          }},
         {"QelCopyYUV422PScale4Rect", [](Call& c) {
              // Sides that are multiples of 4 where the size allows.
-             const Rect r{2, 2 + ((c.w - 4) / 4) * 4 - 1, 1, 1 + ((c.h - 2) / 4) * 4 - 1};
+             const Rect r = c.inside({2, 2 + ((c.w - 4) / 4) * 4 - 1, 1, 1 + ((c.h - 2) / 4) * 4 - 1});
              c.value(QelCopyYUV422PScale4Rect(c.bytes(yuv422_bytes(c)), c.w, c.h, r.x1, r.x2, r.y1, r.y2,
                                               c.out(r.quarter() * 3)));
          }},
@@ -118,11 +112,11 @@ inline void add_color(std::vector<Entry>& t) {
         QEL_GOLDEN_FRAME_RECT(QelCopyCbYCrYRect2RedImgShrink2, cbycry_bytes, (r.w() / 2) * (r.h() / 2)),
         QEL_GOLDEN_FRAME_RECT(QelCopyCbYCrYScale4Rect, cbycry_bytes, r.quarter() * 3),
         {"QelCopyGryRect", [](Call& c) {
-             const Rect r{1, c.w - 4, 3, c.h - 1};
+             const Rect r = c.inside({1, c.w - 4, 3, c.h - 1});
              QelCopyGryRect(c.grey(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, c.out(r.area()));
          }},
         {"QelCopyRGBRect", [](Call& c) {
-             const Rect r{3, c.w - 1, 0, c.h - 2};
+             const Rect r = c.inside({3, c.w - 1, 0, c.h - 2});
              QelCopyRGBRect(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, c.out(r.area() * 3));
          }},
         {"QelCopyRGBRect/rgb and grey", [](Call& c) {
@@ -134,12 +128,12 @@ inline void add_color(std::vector<Entry>& t) {
              QelCopyRGBRect2Gry(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, c.out(r.area()));
          }},
         {"QelCopyRGBRect2Gry/planes", [](Call& c) {
-             const Rect r{0, c.w - 1, 1, c.h - 1};
+             const Rect r = c.inside({0, c.w - 1, 1, c.h - 1});
              QelCopyRGBRect2Gry(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, c.out(r.area()), c.out(r.area()),
                                 c.out(r.area()));
          }},
         {"QelCopyRGBScale4Rect", [](Call& c) {
-             const Rect r{1, c.w - 2, 2, c.h - 1};
+             const Rect r = c.inside({1, c.w - 2, 2, c.h - 1});
              QelCopyRGBScale4Rect(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, c.out(r.quarter() * 3));
          }},
         {"QelSelectRGBRect2Gry", [](Call& c) {

@@ -52,13 +52,13 @@ inline void add_contour(std::vector<Entry>& t) {
              int x0 = 0, y0 = 0;
              first_object(c, image, x0, y0);
              c.value(QelTraceContour(image, c.w, x0, y0, c.out(size_t(c.area())), c.area(), true));
-         }},
+         }, kFramedObject},
         {"QelMarkContour", [](Call& c) {
              unsigned char* image = c.result(c.blobs(), size_t(c.area()));
              int x0 = 0, y0 = 0;
              first_object(c, image, x0, y0);
              QelMarkContour(image, c.w, x0, y0, true);
-         }},
+         }, kFramedObject},
         {"QelMarkContours", [](Call& c) { QelMarkContours(c.binary(), c.w, c.h, c.out_image()); }},
         {"QelGetContours", [](Call& c) {
              QEL_CONTOUR_STRUCT* list = QelGetContours(c.inout_binary(), c.out_image(), c.w, c.h, 4, 2, 0);
@@ -75,99 +75,99 @@ inline void add_contour(std::vector<Entry>& t) {
         {"QelChain2Points", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              QelChain2Points(ch.x0, ch.y0, ch.codes, ch.n, c.out<int>(size_t(ch.n)), c.out<int>(size_t(ch.n)));
-         }},
+         }, kFramedObject},
         {"QelChain2Points/extent", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* extent = c.out<int>(2);
              QelChain2Points(ch.x0, ch.y0, ch.codes, ch.n, c.out<int>(size_t(ch.n)), c.out<int>(size_t(ch.n)),
                              &extent[0], &extent[1]);
-         }},
+         }, kFramedObject},
         {"QelMarkChainByColor", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              QelMarkChainByColor(c.inout_grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, -1);
-         }},
+         }, kFramedObject},
         {"QelMarkChainByColor/dashed", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              QelMarkChainByColor(c.inout_grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, 99, 0);
-         }},
+         }, kFramedObject},
         {"QelMarkChainByInc", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              QelMarkChainByInc(c.inout_grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n);
-         }},
+         }, kFramedObject},
         {"QelAreaAndPerimeter", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(2);
              QelAreaAndPerimeter(ch.codes, ch.n, &r[0], &r[1]);
-         }},
+         }, kFramedObject},
         {"QelContourRect", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(4);
              QelContourRect(ch.x0, ch.y0, ch.codes, ch.n, &r[0], &r[1], &r[2], &r[3]);
-         }},
+         }, kFramedObject},
         {"QelContourCenter", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(2);
              QelContourCenter(ch.x0, ch.y0, ch.codes, ch.n, &r[0], &r[1]);
-         }},
+         }, kFramedObject},
         {"QelContourPosPoints", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelContourPosPoints(ch.x0, ch.y0, ch.codes, ch.n, c.h / 2));
-         }},
+         }, kFramedObject},
         {"QelIsPointOnContour", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelIsPointOnContour(ch.x0, ch.y0, ch.codes, ch.n, ch.x0, ch.y0));
              c.value(QelIsPointOnContour(ch.x0, ch.y0, ch.codes, ch.n, c.w / 2, c.h / 2));
-         }},
+         }, kFramedObject},
         {"QelIsHorizontalLineIntersectContour", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              for (int row = 0; row < c.h; row += 3) c.value(QelIsHorizontalLineIntersectContour(ch.y0, ch.codes, ch.n, row));
-         }},
+         }, kFramedObject},
         {"QelIsVerticalLineIntersectContour", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              for (int col = 0; col < c.w; col += 3) c.value(QelIsVerticalLineIntersectContour(ch.x0, ch.codes, ch.n, col));
-         }},
+         }, kFramedObject},
         {"QelIsVerticalLineIntersectContour/per row", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* columns = c.input<int>(size_t(c.h));
              for (int y = 0; y < c.h; ++y) columns[y] = c.w / 2 - c.w / 3 + (y % 3);
              c.value(QelIsVerticalLineIntersectContour(ch.x0, ch.y0, ch.codes, ch.n, columns));
-         }},
+         }, kFramedObject},
         {"QelWhitePixlePassedByChain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelWhitePixlePassedByChain(c.binary(), c.w, ch.x0, ch.y0, ch.codes, ch.n));
-         }},
+         }, kFramedObject},
         {"QelHasPixelsOnChain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              unsigned char* grey = c.grey();
              for (int v = 100; v < 200; v += 10) c.value(QelHasPixelsOnChain(grey, c.w, ch.x0, ch.y0, ch.codes, ch.n, v));
-         }},
+         }, kFramedObject},
         {"QelRealAreaAndPerimeter", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(2);
              QelRealAreaAndPerimeter(ch.codes, ch.n, &r[0], &r[1]);
-         }},
+         }, kFramedObject},
         {"QelRealPixelsEnclosed", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelRealPixelsEnclosed(ch.codes, ch.n));
-         }},
+         }, kFramedObject},
         {"QelContourRotatedRect", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(4);
              QelContourRotatedRect(ch.x0, ch.y0, ch.codes, ch.n, 33.0, &r[0], &r[1], &r[2], &r[3]);
-         }},
+         }, kFramedObject},
         {"QelContourGryAvr", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelContourGryAvr(c.grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n));
-         }},
+         }, kFramedObject},
         {"QelIsPointIncludedByChain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              for (int y = 0; y < c.h; y += 4)
                  for (int x = 0; x < c.w; x += 4) c.value(QelIsPointIncludedByChain(x, y, ch.x0, ch.y0, ch.codes, ch.n));
-         }},
+         }, kFramedObject},
         {"QelPixelsPassedByChain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelPixelsPassedByChain(c.binary(), c.w, ch.x0, ch.y0, ch.codes, ch.n, 255));
-         }},
+         }, kFramedObject},
         {"QelLineSimilarity", [](Call& c) {
              int* r = c.out<int>(2);
              c.value(QelLineSimilarity(c.area() / 5, c.w + c.h, 1, 9, &r[0], &r[1]));
@@ -176,7 +176,7 @@ inline void add_contour(std::vector<Entry>& t) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(2);
              c.value(QelLineSimilarity(ch.x0, ch.y0, ch.codes, ch.n, 2, 12, &r[0], &r[1]));
-         }},
+         }, kFramedObject},
         {"QelFillingContour", [](Call& c) {
              unsigned char* image = c.result(c.blobs(), size_t(c.area()));
              for (int y = 0; y < c.h; ++y)
@@ -188,11 +188,11 @@ inline void add_contour(std::vector<Entry>& t) {
              unsigned char* codes = c.input<unsigned char>(size_t(c.area()));
              const int n = QelTraceContour(traced, c.w, x0, y0, codes, c.area(), true);
              c.value(QelFillingContour(image, c.w, x0, y0, codes, n, true, 128, 60));
-         }},
+         }, kFramedObject},
         {"QelPastePixels2ResImg", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelPastePixels2ResImg(c.grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, 128, 60, c.out_image(), -1));
-         }},
+         }, kFramedObject},
         {"QelSelectContoursByArea", [](Call& c) {
              c.value(QelSelectContoursByArea(c.inout_binary(), c.out_image(), c.w, c.h, 2, 4, 400, c.out_image()));
          }},

@@ -73,8 +73,8 @@ inline void add_geometry(std::vector<Entry>& t) {
                                                 c.w / 2, c.h * 3 / 2);
          }},
         {"QelRgbImgBilinearInterpolattionFast", [](Call& c) {
-             QelRgbImgBilinearInterpolattionFast(c.bgr(), c.w, c.h, c.out(size_t(c.w + 7) * size_t(c.h - 5) * 3),
-                                                 c.w + 7, c.h - 5);
+             const int w = c.pick(c.w + 7, 1, 2 * c.w + 3), h = c.pick(c.h - 5, 1, 2 * c.h + 3);
+             QelRgbImgBilinearInterpolattionFast(c.bgr(), c.w, c.h, c.out(size_t(w) * size_t(h) * 3), w, h);
          }},
         {"QelShrinkGryImg2x2ByAvr",
          [](Call& c) { QelShrinkGryImg2x2ByAvr(c.grey(), c.w, c.h, c.out(size_t(c.w / 2) * size_t(c.h / 2))); }},

@@ -21,10 +21,10 @@ inline Points stroke_points(Call& c) {
     p.y = c.input<int>(size_t(p.n));
     for (int i = 0; i < c.w; ++i) {
         p.x[i] = i;
-        p.y[i] = c.h / 4 + (i * (c.h / 2)) / c.w + c.gen().below(2);
+        p.y[i] = std::min(c.h / 4 + (i * (c.h / 2)) / c.w + c.gen().below(2), c.h - 1);  // inside at 1 row
     }
     for (int j = 0; j < c.h; ++j) {
-        p.x[c.w + j] = c.w / 3 + c.gen().below(2);
+        p.x[c.w + j] = std::min(c.w / 3 + c.gen().below(2), c.w - 1);
         p.y[c.w + j] = j;
     }
     return p;
@@ -138,7 +138,8 @@ inline void add_line(std::vector<Entry>& t) {
          }},
         {"QelPixelsOn2PLine", [](Call& c) {
              int* r = c.out<int>(2);
-             QelPixelsOn2PLine(c.binary(), c.w, 1, c.h - 2, c.w - 2, 3, 255, &r[0], &r[1]);
+             const int x1 = c.px(1), y1 = c.py(c.h - 2), x2 = c.px(c.w - 2), y2 = c.py(3);
+             QelPixelsOn2PLine(c.binary(), c.w, x1, y1, x2, y2, c.level(255), &r[0], &r[1]);
          }},
         {"QelPixlesOnABCLine", [](Call& c) {
              int* r = c.out<int>(2);

@@ -46,11 +46,60 @@ private:
     uint64_t hash_ = 14695981039346656037ULL;
 };
 
+// A rectangle x1..x2, y1..y2 (both ends included) and the sizes of its copies; an empty one
+// (x2 < x1 or y2 < y1) has no pixels.
+struct Rect {
+    int x1, x2, y1, y2;
+    size_t w() const { return size_t(std::max(0, x2 - x1 + 1)); }
+    size_t h() const { return size_t(std::max(0, y2 - y1 + 1)); }
+    size_t area() const { return w() * h(); }
+    size_t quarter() const { return ((w() + 3) / 4) * ((h() + 3) / 4); }
+};
+
 // The buffers and returned values of one call. Every buffer is its own heap block of exactly the
 // requested size; those marked as results are digested after the call, in the order they were made.
 class Call {
 public:
     Call(int width, int height, uint64_t seed) : w(width), h(height), seed_(seed), gen_(source(kOwn, 0)) {}
+
+    // ---- the contract sweep: random contents and parameters drawn across their accepted ranges.
+    // Without sweep() every parameter helper below returns its fixed value, so the golden digests
+    // never see a parameter drawn.
+    void sweep() { sweeping_ = true; }
+    bool sweeping() const { return sweeping_; }
+    // `fixed`, or in a sweep a value in lo..hi (either end one time in four).
+    int pick(int fixed, int lo, int hi) {
+        if (!sweeping_ || hi < lo) return fixed;
+        const int r = params_.below(8);
+        return r == 0 ? lo : r == 1 ? hi : lo + params_.below(hi - lo + 1);
+    }
+    double pick(double fixed, double lo, double hi) {
+        return sweeping_ ? lo + (hi - lo) * params_.below(65) / 64.0 : fixed;
+    }
+    // A grey level or threshold: 0..255.
+    int level(int fixed) { return pick(fixed, 0, 255); }
+    // A column or row, also before the first and past the last one.
+    int col(int fixed) { return pick(fixed, -3, w + 2); }
+    int row(int fixed) { return pick(fixed, -3, h + 2); }
+    // A window half-size or size from `lo` to larger than the image.
+    int win(int fixed, int lo = 0) { return pick(fixed, lo, std::max(w, h) + 2); }
+    // A count or length, zero and negative ones included.
+    int count(int fixed, int hi) { return pick(fixed, -2, hi); }
+    // A pixel position inside the image.
+    int px(int fixed) { return pick(fixed, 0, w - 1); }
+    int py(int fixed) { return pick(fixed, 0, h - 1); }
+    // A non-empty rectangle inside the image, of any parity.
+    Rect inside(Rect fixed) {
+        if (!sweeping_) return fixed;
+        const int x1 = params_.below(w), y1 = params_.below(h);
+        return {x1, x1 + params_.below(w - x1), y1, y1 + params_.below(h - y1)};
+    }
+    // A rectangle at and across the borders, sometimes empty (x2 = x1 - 1 or y2 = y1 - 1).
+    Rect across(Rect fixed) {
+        if (!sweeping_) return fixed;
+        const int x1 = col(0), y1 = row(0);
+        return {x1, x1 - 1 + params_.below(w + 6 - x1), y1, y1 - 1 + params_.below(h + 6 - y1)};
+    }
 
     const int w;
     const int h;
@@ -198,6 +247,10 @@ private:
 
     unsigned char* fill_grey(unsigned char* p, Generator& g) {
         const int width = w, height = h;
+        if (sweeping_ && g.below(2)) {  // half the sweep's images are noise
+            for (int i = 0; i < area(); ++i) p[i] = static_cast<unsigned char>(g.next() >> 5);
+            return p;
+        }
         const int cx = width / 2, cy = height / 2, r2 = (width * width + height * height) / 16;
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
@@ -209,6 +262,10 @@ private:
     }
     unsigned char* fill_binary(unsigned char* p, Generator& g) {
         const int width = w, height = h;
+        if (sweeping_ && g.below(2)) {
+            for (int i = 0; i < area(); ++i) p[i] = g.below(2) ? 255 : 0;
+            return p;
+        }
         const int bw = (width + 3) / 4;
         std::vector<unsigned char> cells(size_t(bw) * size_t((height + 3) / 4));
         for (auto& c : cells) c = g.below(5) < 2 ? 255 : 0;
@@ -222,6 +279,8 @@ private:
 
     uint64_t seed_;
     Generator gen_;
+    bool sweeping_ = false;
+    Generator params_{seed_ ^ (uint64_t(kOwn + 1) << 40)};
     std::vector<Block> blocks_;
     Digest values_;
 };
@@ -229,9 +288,19 @@ private:
 // One exported function (one overload): `name` is the function's name, with "/form" after it for
 // an overload other than the first declared. `run` makes its buffers through the Call for the
 // Call's size, calls it with fixed parameters inside its contract, and records returned values.
+// The sizes a function accepts: at least min_w x min_h, sides multiples of step_w and step_h.
+struct Shape {
+    int min_w = 1, min_h = 1, step_w = 1, step_h = 1;
+};
+inline constexpr Shape kAnySize{};
+inline constexpr Shape kEvenSize{2, 2, 2, 2};    // 4:2:0 frames
+inline constexpr Shape kEvenWidth{2, 1, 2, 1};   // 4:2:2 frames
+inline constexpr Shape kFramedObject{9, 5, 1, 1};  // Call::blobs has an object inside a zero frame
+
 struct Entry {
     const char* name;
     void (*run)(Call&);
+    Shape shape = kAnySize;  // the sizes the contract sweep runs it at
 };
 
 // The function's name without the "/form" suffix.
