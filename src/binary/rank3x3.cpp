@@ -126,7 +126,7 @@ void write_row(const unsigned char* in, const Bits* near, int width, unsigned ch
     }
 }
 
-void spread_whole(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
+void spread_bit_rows(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
     if (width < 3 || height < 3) {  // no centres
         std::memcpy(out, image, static_cast<size_t>(std::max(width, 0)) * static_cast<size_t>(std::max(height, 0)));
         return;
@@ -181,12 +181,18 @@ void spread_whole(const unsigned char* image, int width, int height, Spread rule
         write_row(row(image, y), near, width, rule.value, out + static_cast<std::ptrdiff_t>(y) * width);
     }
 }
-#else
+#endif
+
 void spread_whole(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
-    std::memcpy(out, image, static_cast<size_t>(width) * static_cast<size_t>(height));
+#ifdef QEL_SIMD_SSE2
+    if (simd::sse2()) {
+        spread_bit_rows(image, width, height, rule, out);
+        return;
+    }
+#endif
+    std::memcpy(out, image, static_cast<size_t>(std::max(width, 0)) * static_cast<size_t>(std::max(height, 0)));
     spread_3x3(image, width, 1, width - 1, 1, height - 1, rule, out);
 }
-#endif
 
 // The rectangle forms: only the rectangle (clipped to the image) is copied, and the centres run to
 // one past its right and bottom edges. The bottom bound is width - 2, not height - 2 (intended);

@@ -223,14 +223,16 @@ template <class Format>
 void camera_to_bgr(const unsigned char* frame, int width, int height, unsigned char* rgb) {
     const auto layout = Format::layout(frame, width, height);
 #ifdef QEL_SIMD_SSE2
-    const std::ptrdiff_t rgbRowBytes = static_cast<std::ptrdiff_t>(width) * kBytesPerRgbPixel;
-    for (int y = 0; y < height; ++y, rgb += rgbRowBytes) {
-        const int done = bgr_blocks(layout.row(y), width, rgb);
-        qel::copy_bgr(layout, RectArea{done, width - 1, y, y}, rgb + done * kBytesPerRgbPixel);
+    if (qel::simd::sse2()) {
+        const std::ptrdiff_t rgbRowBytes = static_cast<std::ptrdiff_t>(width) * kBytesPerRgbPixel;
+        for (int y = 0; y < height; ++y, rgb += rgbRowBytes) {
+            const int done = bgr_blocks(layout.row(y), width, rgb);
+            qel::copy_bgr(layout, RectArea{done, width - 1, y, y}, rgb + done * kBytesPerRgbPixel);
+        }
+        return;
     }
-#else
-    qel::copy_bgr(layout, RectArea::whole(width, height), rgb);
 #endif
+    qel::copy_bgr(layout, RectArea::whole(width, height), rgb);
 }
 
 template <class Format>
@@ -259,7 +261,8 @@ void bgr_to_camera(const unsigned char* rgb, int width, int height, unsigned cha
         }
         int first = 0;
 #ifdef QEL_SIMD_SSE2
-        if constexpr (rowsPerChroma == 2 && Row::kLumaStep == 1) first = camera_blocks_420(rgbRows, rows, width) / 2;
+        if constexpr (rowsPerChroma == 2 && Row::kLumaStep == 1)
+            if (qel::simd::sse2()) first = camera_blocks_420(rgbRows, rows, width) / 2;
 #endif
         for (int i = first; i < pairs; ++i) {
             int uSum = 0;
@@ -284,7 +287,7 @@ void bgr_to_camera(const unsigned char* rgb, int width, int height, unsigned cha
 void QelRGB2Gry(unsigned char* rgb, int width, int height, unsigned char* grey) {
     size_t done = 0;
 #ifdef QEL_SIMD_SSE2
-    done = grey_blocks(rgb, pixel_count(width, height), grey);
+    if (qel::simd::sse2()) done = grey_blocks(rgb, pixel_count(width, height), grey);
 #endif
     qel::grey_from_each_pixel(rgb + done * kBytesPerRgbPixel, pixel_count(width, height) - done, grey + done,
                               [](int b, int g, int r) { return qel::grey_from_bgr(b, g, r); });

@@ -1,12 +1,33 @@
-// SSE2 helpers for the fast paths of point operations and small filters.
+// SIMD helpers for the fast paths of point operations and small filters, and the run-time choice
+// between them.
 //
 // SSE2 is part of every x86-64 processor and of the 32-bit x86 builds (compiled with -msse2 or
-// /arch:SSE2), so it needs no run-time check. QEL_SIMD_SSE2 is defined where it is available and
-// QEL_NO_SIMD is not; every fast path built on it sits beside a portable loop that gives the same
-// bytes, used for the tails of rows, on other processors and when QEL_NO_SIMD is defined (the
-// `portable` preset tests those loops).
+// /arch:SSE2), so it is compiled in wherever it is available and QEL_NO_SIMD is not defined
+// (QEL_SIMD_SSE2). AVX2 kernels (QEL_SIMD_AVX2, core/simd_avx2.h) are compiled beside them with GCC
+// and clang on x86 through target attributes, and used only where the processor has AVX2. Which
+// set runs is chosen once per process at run time (simd::level()); every fast path sits beside a
+// portable loop that gives the same bytes, used for the tails of rows, on other processors, with
+// QEL_NO_SIMD, and when the environment variable QEL_SIMD asks for it (the tests run each path so).
 #ifndef QEL_SRC_CORE_SIMD_H
 #define QEL_SRC_CORE_SIMD_H
+
+namespace qel {
+namespace simd {
+
+// The instruction sets of the fast paths, each including the ones before it.
+enum class Level { portable = 0, sse2 = 1, avx2 = 2 };
+
+// The set the fast paths use in this process, decided on first use (thread-safe) and fixed after:
+// the best the build and the processor have, lowered by QEL_SIMD=portable|sse2|avx2 (a level the
+// processor lacks, or an unknown name, is ignored).
+Level level();
+
+// Whether the SSE2 (or AVX2) fast paths run.
+inline bool sse2() { return level() >= Level::sse2; }
+inline bool avx2() { return level() >= Level::avx2; }
+
+}  // namespace simd
+}  // namespace qel
 
 #if !defined(QEL_NO_SIMD) && (defined(__SSE2__) || defined(_M_X64) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2))
 #define QEL_SIMD_SSE2 1

@@ -109,7 +109,7 @@ void slide_rows(uint32_t* sums, const unsigned char* entering, const unsigned ch
     size_t i = 0;
 #ifdef QEL_SIMD_SSE2
     const __m128i zero = _mm_setzero_si128();
-    for (; i + simd::kLanes <= count; i += simd::kLanes) {
+    for (; simd::sse2() && i + simd::kLanes <= count; i += simd::kLanes) {
         const __m128i e = simd::load(entering + i);
         const __m128i l = simd::load(leaving + i);
         const __m128i d16[2] = {_mm_sub_epi16(_mm_unpacklo_epi8(e, zero), _mm_unpacklo_epi8(l, zero)),
@@ -156,7 +156,7 @@ void adaptive_row(const uint32_t* col, int width, int hx, int v, Recip recip, un
     const int32_t r = recip(count);  // full width: (2·hx+1)·v
     const uint32_t* leaving = col;   // column x−hx
 #ifdef QEL_SIMD_SSE2
-    if constexpr (C == 1) {
+    if (C == 1 && simd::sse2()) {
         // 16 columns a step: the window sums of columns x .. x+3 are s plus the running sums of the
         // differences entering − leaving before each of them.
         // The running sum stays in all four lanes of a register.

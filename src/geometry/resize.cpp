@@ -84,6 +84,7 @@ void bilinear_fast(const unsigned char* src, int width, int height, unsigned cha
         if (columns[static_cast<size_t>(i)].index + 1 < width) inner = i + 1;
     }
 #ifdef QEL_SIMD_SSE2
+    const bool fast = simd::sse2();
     // One-byte pixels: the columns' source indices and fractions as arrays, so that eight columns
     // are interpolated at once from their pixel pairs, each read as one 16-bit word (x86 is little
     // endian: the left pixel is the low byte).
@@ -104,7 +105,7 @@ void bilinear_fast(const unsigned char* src, int width, int height, unsigned cha
         int16_t* v = values;
         int i = 0;
 #ifdef QEL_SIMD_SSE2
-        if constexpr (Channels == 1) {
+        if (Channels == 1 && fast) {
             const auto pair = [row](int x) {
                 uint16_t word;
                 std::memcpy(&word, row + x, sizeof word);
@@ -168,7 +169,7 @@ void bilinear_fast(const unsigned char* src, int width, int height, unsigned cha
         size_t k = 0;
 #ifdef QEL_SIMD_SSE2
         const __m128i f = _mm_set1_epi16(static_cast<short>(py.frac));
-        for (; k + 16 <= outRow; k += 16) {
+        for (; fast && k + 16 <= outRow; k += 16) {
             const auto at = [](const int16_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); };
             const __m128i lo = fixed_lerp8(at(upper + k), at(lower + k), f);
             const __m128i hi = fixed_lerp8(at(upper + k + 8), at(lower + k + 8), f);
@@ -262,6 +263,7 @@ void shrink_2x2(const unsigned char* src, int width, int height, unsigned char* 
         unsigned char* out = dst + static_cast<size_t>(j) * static_cast<size_t>(outW);
         int i = 0;
 #ifdef QEL_SIMD_SSE2
+        const bool fast = simd::sse2();
         const __m128i low = _mm_set1_epi16(0x00FF);
         // The sum of a column pair of both rows, as eight 16-bit lanes from 16 bytes of each row.
         const auto sums = [&](int x) {
@@ -271,7 +273,7 @@ void shrink_2x2(const unsigned char* src, int width, int height, unsigned char* 
             const __m128i odds = _mm_add_epi16(_mm_srli_epi16(t, 8), _mm_srli_epi16(b, 8));
             return _mm_srli_epi16(_mm_add_epi16(evens, odds), 2);
         };
-        for (; i + simd::kLanes <= outW; i += simd::kLanes)
+        for (; fast && i + simd::kLanes <= outW; i += simd::kLanes)
             simd::store(out + i, _mm_packus_epi16(sums(2 * i), sums(2 * i + simd::kLanes)));
 #endif
         for (; i < outW; ++i)

@@ -25,7 +25,7 @@ void threshold_span(const unsigned char* src, size_t count, int threshold, unsig
     const int t = std::clamp(threshold, 0, kGreyLevels);
     size_t i = 0;
 #ifdef QEL_SIMD_SSE2
-    if (t < kGreyLevels) {
+    if (simd::sse2() && t < kGreyLevels) {
         const __m128i tv = _mm_set1_epi8(static_cast<char>(t));
         const __m128i lv = _mm_set1_epi8(static_cast<char>(low));
         const __m128i hv = _mm_set1_epi8(static_cast<char>(high));

@@ -43,8 +43,9 @@ template <typename Op>
 void combine(const unsigned char* a, const unsigned char* b, size_t count, unsigned char* out, Op op) {
     size_t i = 0;
 #ifdef QEL_SIMD_SSE2
-    for (; i + qel::simd::kLanes <= count; i += qel::simd::kLanes)
-        qel::simd::store(out + i, op(qel::simd::load(a + i), qel::simd::load(b + i)));
+    if (qel::simd::sse2())
+        for (; i + qel::simd::kLanes <= count; i += qel::simd::kLanes)
+            qel::simd::store(out + i, op(qel::simd::load(a + i), qel::simd::load(b + i)));
 #endif
     for (; i < count; ++i) out[i] = static_cast<unsigned char>(op(a[i], b[i]));
 }
@@ -54,7 +55,7 @@ void bgr_difference(const unsigned char* a, const unsigned char* b, size_t pixel
     size_t i = 0;
 #ifdef QEL_SIMD_SSE2
     // 32 pixels a step: the 96 byte differences split into the three channel planes.
-    for (; i + 32 <= pixels; i += 32, a += 96, b += 96) {
+    for (; qel::simd::sse2() && i + 32 <= pixels; i += 32, a += 96, b += 96) {
         __m128i d[6];
         for (int k = 0; k < 6; ++k)
             d[k] = qel::simd::abs_diff(qel::simd::load(a + 16 * k), qel::simd::load(b + 16 * k));

@@ -1,0 +1,51 @@
+// AVX2 helpers for the fast paths that the processor may run (see simd.h for the run-time choice).
+//
+// The kernels are compiled with __attribute__((target("avx2"))) in an ordinary build, so one
+// library serves processors with and without AVX2; callers check simd::avx2() before entering one.
+// GCC and clang (MinGW included) on x86; elsewhere QEL_SIMD_AVX2 stays undefined and the SSE2 or
+// plain loops run.
+#ifndef QEL_SRC_CORE_SIMD_AVX2_H
+#define QEL_SRC_CORE_SIMD_AVX2_H
+
+#include "core/simd.h"
+
+#if defined(QEL_SIMD_SSE2) && defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+#define QEL_SIMD_AVX2 1
+#define QEL_TARGET_AVX2 __attribute__((target("avx2")))
+#include <immintrin.h>
+
+namespace qel {
+namespace avx2 {
+
+constexpr int kLanes = 32;  // bytes in one register
+
+QEL_TARGET_AVX2 inline __m256i load(const unsigned char* p) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+}
+QEL_TARGET_AVX2 inline void store(unsigned char* p, __m256i v) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
+}
+
+// 0xFF in the bytes of v that are >= t, else 0 (unsigned compare).
+QEL_TARGET_AVX2 inline __m256i at_least(__m256i v, __m256i t) {
+    return _mm256_cmpeq_epi8(_mm256_max_epu8(v, t), v);
+}
+
+// Per byte |a − b| (unsigned).
+QEL_TARGET_AVX2 inline __m256i abs_diff(__m256i a, __m256i b) {
+    return _mm256_or_si256(_mm256_subs_epu8(a, b), _mm256_subs_epu8(b, a));
+}
+
+// Per byte: mask ? a : b.
+QEL_TARGET_AVX2 inline __m256i select(__m256i mask, __m256i a, __m256i b) { return _mm256_blendv_epi8(b, a, mask); }
+
+// Two 16-bit weights repeated, for _mm256_madd_epi16 on (a, b) lane pairs.
+QEL_TARGET_AVX2 inline __m256i weight_pair(int a, int b) {
+    return _mm256_set1_epi32(static_cast<int>((static_cast<unsigned>(b) << 16) | (static_cast<unsigned>(a) & 0xFFFFu)));
+}
+
+}  // namespace avx2
+}  // namespace qel
+
+#endif
+#endif
