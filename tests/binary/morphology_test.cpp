@@ -199,6 +199,24 @@ TEST(BinaryBox, MaskedFiltersShrinkTheWindowAndUse126InTheLastColumn) {
         }
 }
 
+TEST(BinaryBox, MaskedFiltersLeaveAWindowMeanExactlyAtTheThresholdOff) {
+    // Threshold 85, 3-wide windows: one object pixel of three gives a mean of exactly 85 (off), two
+    // give 170 (on). Three equal rows change every count and pixel total alike. Column 0 sees only
+    // itself, masked by 129: removed by the table-driven form, 255 & ~129 = 126 (on) in the other.
+    const int w = 8, h = 3;
+    Bytes row = {255, 0, 0, 0, 255, 255, 0, 0}, img, mask(w * h, 0);
+    for (int y = 0; y < h; ++y) img.insert(img.end(), row.begin(), row.end());
+    mask[0] = mask[8] = mask[16] = 129;
+    for (bool lut : {false, true}) {
+        Bytes out(img.size(), 9);
+        auto filter = lut ? QelBinImgRemoveMskAndFilterUseLUT : QelBinImgRemoveMskAndFilter;
+        ASSERT_TRUE(filter(img.data(), mask.data(), w, h, 1, 1, 85, out.data()));
+        // Columns 3 and 6 sum exactly 255 over 3 pixels; columns 4 and 5 sum 510.
+        const Bytes expected = {static_cast<unsigned char>(lut ? 0 : 255), 0, 0, 0, 255, 255, 0, 0};
+        for (int y = 0; y < h; ++y) EXPECT_EQ(qel_test::row_of(out, w, y), expected) << y << (lut ? " LUT" : "");
+    }
+}
+
 TEST(BinaryBox, MaskedFiltersRefuseWidth4095) {
     Image img(4095, 1, 255), mask(4095, 1), out(4095, 1, 9);
     EXPECT_FALSE(QelBinImgRemoveMskAndFilter(img.data(), mask.data(), img.w, img.h, 1, 1, 100, out.data()));

@@ -95,6 +95,21 @@ TEST(ColourConversions, GreyOfPrimariesWhiteAndTheGreyVariantsPerPixel) {
     EXPECT_EQ(red, (Bytes{255, 0, 0, 255, 0, 60, 7}));
 }
 
+TEST(ColourConversions, GreyPixelsOnTheTruncationEdgePinEachWeight) {
+    // (B, G, R) = (1, 7, 240): 468 + 16828 + 294000 = 311296 = 76 · 4096 exactly, so any weight one
+    // lower gives 75. (200, 12, 211): 93600 + 28848 + 258475 = 380923 = 93 · 4096 − 5, so any weight
+    // one higher adds at least 12 and gives 93. 34 pixels cover the 32-pixel step and the tail.
+    Bytes rgb;
+    for (int i = 0; i < 17; ++i) rgb.insert(rgb.end(), {1, 7, 240, 200, 12, 211});
+    Bytes grey(34), inv(34);
+    QelRGB2Gry(rgb.data(), 34, 1, grey.data());
+    QelRGB2GryInvert(rgb.data(), 34, 1, inv.data());
+    for (int i = 0; i < 34; ++i) {
+        EXPECT_EQ(grey[i], i % 2 == 0 ? 76 : 92) << i;
+        EXPECT_EQ(inv[i], 255 - grey[i]) << i;
+    }
+}
+
 TEST(ColourConversions, CameraGreyIsTheLumaInOrder) {
     const int w = 4, h = 2;
     for (const CameraFormat* f : kCameraFormats) {

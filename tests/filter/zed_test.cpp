@@ -28,6 +28,14 @@ TEST(Zed, HandWorkedCentresIncludingWrapAndArithmeticShift) {
     EXPECT_EQ(zed_centre(100, {99, 100, 100, 100, 100, 100, 100, 100}, 3), 99);
 }
 
+TEST(Zed, NeighboursExactlyAtTheThresholdPullInFullAndOneBeyondFades) {
+    // T = 4: eight neighbours 4 away pull 4 each (32 / 8 = 4); 5 away they pull 12 − 5 = 7 each;
+    // exactly 3T = 12 away they pull nothing.
+    const std::vector<std::pair<int, int>> offsetAndChange = {{4, 4}, {-4, -4}, {5, 7}, {-5, -7}, {12, 0}, {-12, 0}};
+    for (const auto& [offset, change] : offsetAndChange)
+        EXPECT_EQ(zed_centre(100, Bytes(8, static_cast<unsigned char>(100 + offset)), 4), 100 + change) << offset;
+}
+
 TEST(Zed, ZeroThresholdOrConstantImageCopiesTheInteriorAndLeavesTheRing) {
     const int width = 9, height = 7;
     const std::vector<std::pair<Bytes, int>> inputs = {{qel_test::random_grey(width, height, 4), 0},

@@ -33,6 +33,10 @@ TEST(Remap, EveryLevelMapsAsDocumented) {
     EXPECT_EQ(rect, (Bytes{7, 255, 0, 7,
                            3, 255, 255, 3,
                            7, 3, 7, 7}));
+    QelSetPixelsTo255(rect.data(), 4, 3, 3, 0, 2, 7);  // one column: x1 = x2
+    EXPECT_EQ(rect, (Bytes{7, 255, 0, 255,
+                           3, 255, 255, 0,
+                           7, 3, 7, 255}));
 }
 
 TEST(FourBit, StretchesBetweenTheTenPercentPoints) {

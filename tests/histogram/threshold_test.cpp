@@ -162,6 +162,23 @@ TEST(Binarisation, RatioWorkedValues) {
     EXPECT_TRUE(std::all_of(dark.begin(), dark.begin() + 16, [](unsigned char p) { return p == 255; }));
 }
 
+TEST(Binarisation, OneColumnRectanglesAreBinarisedAndNothingBesideThem) {
+    // Column 2, rows 1..3 of a 5 x 5 image of 100s with 200 at (2, 2): threshold 150 gives one 255
+    // between two 0s; the ratio forms find T = 200 (one of three pixels is more than 0.2 of 3).
+    const int w = 5;
+    Bytes img(25, 100);
+    img[2 * w + 2] = 200;
+    Bytes expected = img;
+    expected[1 * w + 2] = expected[3 * w + 2] = 0;
+    expected[2 * w + 2] = 255;
+    Bytes out = img, inPlace = img, ratio = img, ratioOut = img;
+    QelThresholdInRect(img.data(), w, 2, 2, 1, 3, 150, out.data());
+    QelThresholdInRect(inPlace.data(), w, 2, 2, 1, 3, 150);
+    EXPECT_EQ(QelThresholdByRatio(ratio.data(), w, 2, 2, 1, 3, 0.2), 200);
+    EXPECT_EQ(QelThresholdByRatio(img.data(), w, 2, 2, 1, 3, 0.2, 0, ratioOut.data()), 200);
+    for (const Bytes* result : {&out, &inPlace, &ratio, &ratioOut}) EXPECT_EQ(*result, expected);
+}
+
 TEST(Binarisation, PercentUsesTheSameWalk) {
     EXPECT_TRUE(all_equal(after(QelThresholdByPercent, Bytes(100, 0), 10, 10, 20), 0));  // T 0 raised to 1
     EXPECT_TRUE(all_equal(after(QelThresholdByPercent, Bytes(100, 0), 10, 10, 60), 255));
