@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
+#include <mutex>
 
 namespace {
 
@@ -35,6 +36,10 @@ private:
     uint32_t state_ = 1;
 };
 
+// The one generator of the library. Calls from several threads are serialised by the lock, so each
+// call takes an unbroken run of draws (and the seeding happens once); which thread gets which run
+// depends on the order they arrive in.
+std::mutex g_randomLock;
 Random15 g_random;
 bool g_needsSeeding = true;  // library-wide: the first call of each load seeds the generator
 
@@ -113,6 +118,7 @@ unsigned char poisson(int p) {
 }  // namespace
 
 void Ostrum2008AddNoise(unsigned char* image, int pixelCount, double amount, unsigned int noiseType) {
+    const std::lock_guard<std::mutex> hold(g_randomLock);
     seed_once();
     if (pixelCount <= 0) return;
 
