@@ -100,6 +100,12 @@ public:
         const int x1 = col(0), y1 = row(0);
         return {x1, x1 - 1 + params_.below(w + 6 - x1), y1, y1 - 1 + params_.below(h + 6 - y1)};
     }
+    // As across, for functions that take no height: the bottom row stays inside the image.
+    Rect across_above(Rect fixed) {
+        Rect r = across(fixed);
+        if (sweeping_) r.y2 = std::min(r.y2, h - 1);
+        return r;
+    }
 
     const int w;
     const int h;
