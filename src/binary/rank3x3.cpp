@@ -7,6 +7,7 @@
 #include "binary/neighbourhood.h"
 #include "core/lut.h"
 #include "core/simd.h"
+#include "core/simd_avx2.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -126,6 +127,52 @@ void write_row(const unsigned char* in, const Bits* near, int width, unsigned ch
     }
 }
 
+#ifdef QEL_SIMD_AVX2
+// zero_bits and write_row with 32 bytes a step.
+QEL_TARGET_AVX2 void zero_bits_avx2(const unsigned char* row, int width, Bits* bits) {
+    const __m256i zero = _mm256_setzero_si256();
+    for (int k = 0, x0 = 0; x0 < width; ++k, x0 += kWordBits) {
+        if (x0 + kWordBits <= width) {
+            // (no lambda here: it would not inherit the target attribute)
+            const __m256i low = _mm256_cmpeq_epi8(avx2::load(row + x0), zero);
+            const __m256i high = _mm256_cmpeq_epi8(avx2::load(row + x0 + avx2::kLanes), zero);
+            bits[k] = static_cast<Bits>(static_cast<uint32_t>(_mm256_movemask_epi8(low))) |
+                      (static_cast<Bits>(static_cast<uint32_t>(_mm256_movemask_epi8(high))) << avx2::kLanes);
+        } else {
+            Bits word = 0;
+            for (int x = x0; x < width; ++x) word |= static_cast<Bits>(row[x] == 0) << (x - x0);
+            bits[k] = word;
+        }
+    }
+}
+
+// 0xFF in byte i where bit i of `lanes` (32 bits) is set: byte i takes byte i / 8 of the lanes and
+// keeps its own bit.
+QEL_TARGET_AVX2 __m256i bytes_of_bits_avx2(uint32_t lanes) {
+    const __m256i spread = _mm256_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2, 2, 2, 3, 3,
+                                            3, 3, 3, 3, 3, 3);
+    const __m256i pattern = _mm256_set1_epi64x(static_cast<long long>(0x8040201008040201ull));
+    const __m256i v = _mm256_shuffle_epi8(_mm256_set1_epi32(static_cast<int>(lanes)), spread);
+    return _mm256_cmpeq_epi8(_mm256_and_si256(v, pattern), pattern);
+}
+
+QEL_TARGET_AVX2 void write_row_avx2(const unsigned char* in, const Bits* near, int width, unsigned char value,
+                                    unsigned char* out) {
+    const __m256i fill = _mm256_set1_epi8(static_cast<char>(value));
+    for (int k = 0, x0 = 0; x0 < width; ++k, x0 += kWordBits) {
+        if (x0 + kWordBits > width) {
+            for (int x = x0; x < width; ++x) out[x] = (near[k] >> (x - x0)) & 1 ? value : in[x];
+            continue;
+        }
+        for (int j = 0; j < kWordBits; j += avx2::kLanes) {
+            const uint32_t lanes = static_cast<uint32_t>(near[k] >> j);
+            const __m256i v = avx2::load(in + x0 + j);
+            avx2::store(out + x0 + j, lanes == 0 ? v : lanes == ~0u ? fill : avx2::select(bytes_of_bits_avx2(lanes), fill, v));
+        }
+    }
+}
+#endif
+
 void spread_bit_rows(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
     if (width < 3 || height < 3) {  // no centres
         std::memcpy(out, image, static_cast<size_t>(std::max(width, 0)) * static_cast<size_t>(std::max(height, 0)));
@@ -147,9 +194,17 @@ void spread_bit_rows(const unsigned char* image, int width, int height, Spread r
     const auto row = [&](const unsigned char* base, int r) { return base + static_cast<std::ptrdiff_t>(r) * width; };
     for (int x = 1; x < width - 1; ++x) interior[x / kWordBits] |= Bits{1} << (x % kWordBits);
 
+    auto* zeroBits = zero_bits;
+    auto* writeRow = write_row;
+#ifdef QEL_SIMD_AVX2
+    if (simd::avx2()) {
+        zeroBits = zero_bits_avx2;
+        writeRow = write_row_avx2;
+    }
+#endif
     const auto zeros = [&](int r) {
         const BitRow z = zeroRow(r);
-        zero_bits(row(image, r), width, z.bits);
+        zeroBits(row(image, r), width, z.bits);
         z.spans(words);
     };
     // Spreading bits of centre row r from the zero bits of rows r − 1 .. r + 1.
@@ -178,7 +233,7 @@ void spread_bit_rows(const unsigned char* image, int width, int height, Spread r
         const BitRow mid = spreadRow(y);
         const BitRow below = spreadRow(y + 1);
         for (int k = 0; k < words; ++k) near[k] = above.across[k] | below.across[k] | mid.sides[k];
-        write_row(row(image, y), near, width, rule.value, out + static_cast<std::ptrdiff_t>(y) * width);
+        writeRow(row(image, y), near, width, rule.value, out + static_cast<std::ptrdiff_t>(y) * width);
     }
 }
 #endif

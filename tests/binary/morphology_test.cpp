@@ -307,13 +307,17 @@ Bytes spread_reference(const Bytes& img, int w, int h, bool fromObject, unsigned
 }
 
 TEST(BinaryRank3x3, WholeImageSpreadMatchesTheCentreByCentreRuleAtEveryWidth) {
-    // Widths 1..70 cover every tail of the 16-pixel steps; values other than 0 and 255 show which
-    // pixels keep their input.
-    for (int w = 1; w <= 70; ++w)
-        for (int h : {1, 2, 3, 4, 7}) {
+    // Widths 1..70 cover every tail of the 16- and 32-pixel steps, the wider ones several 64-pixel
+    // words; values other than 0 and 255 show which pixels keep their input. Odd heights have many
+    // zeros, even ones few, so that whole 32-pixel halves of a word are kept or filled too.
+    std::vector<int> widths = {127, 128, 129, 191, 200};
+    for (int w = 1; w <= 70; ++w) widths.push_back(w);
+    for (int w : widths)
+        for (int h : {1, 2, 3, 4, 7, 8}) {
             SCOPED_TRACE(testing::Message() << w << " x " << h);
             Bytes img = qel_test::random_bytes(static_cast<size_t>(w) * h, static_cast<unsigned>(w * 31 + h));
-            for (unsigned char& v : img) v = v < 100 ? 0 : v < 200 ? 255 : v;
+            const int zeros = h % 2 == 1 ? 100 : 4;
+            for (unsigned char& v : img) v = v < zeros ? 0 : v < 200 ? 255 : v;
             Bytes dilated(img.size(), 1), eroded(img.size(), 1);
             QelBinImgMaxFilter3x3(img.data(), w, h, dilated.data());
             QelBinImgMinFilter3x3(img.data(), w, h, eroded.data());
