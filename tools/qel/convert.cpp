@@ -1,5 +1,6 @@
 // qel info / qel convert: image files and raw camera frames.
 #include "common/cli.h"
+#include "common/frames.h"
 #include "common/image.h"
 
 #include <qel.h>
@@ -53,88 +54,13 @@ const char* formatName(Format f) {
     return "?";
 }
 
-size_t frameBytes(Format f, int w, int h) {
-    const size_t pixels = static_cast<size_t>(w) * static_cast<size_t>(h);
-    return (f == Format::Yuv420P || f == Format::Yuv420SP) ? pixels * 3 / 2 : pixels * 2;
-}
-
-void requireEvenSize(Format f, int w, int h, bool toFrame) {
-    bool oddW = (w % 2) != 0;
-    bool oddH = (h % 2) != 0;
-    // Reading YUV422P accepts an odd height; every other layout wants even sides where it pairs rows.
-    bool heightMatters = f == Format::Yuv420P || f == Format::Yuv420SP || (f == Format::Yuv422P && toFrame);
-    if (oddW || (heightMatters && oddH))
-        throw cli::UsageError(std::string(formatName(f)) + " needs an even width" + (heightMatters ? " and height" : "") +
-                              " (got " + std::to_string(w) + " x " + std::to_string(h) + ")");
-}
-
-// Converts a whole camera frame to BGR, or to grey (straight from the luma plane).
-cli::Image decodeFrame(Format f, unsigned char* raw, int w, int h, bool grey) {
-    cli::Image img;
-    img.width = w;
-    img.height = h;
-    img.channels = grey ? 1 : 3;
-    img.pixels.resize(static_cast<size_t>(w) * static_cast<size_t>(h) * static_cast<size_t>(img.channels));
-    unsigned char* out = img.pixels.data();
-    if (grey) {
-        switch (f) {
-            case Format::Yuv420P: QelYUV420P2Gry(raw, w, h, out); break;
-            case Format::Yuv420SP: QelYUV420SP2Gry(raw, w, h, out); break;
-            case Format::Yuv422P: QelYUV422P2Gry(raw, w, h, out); break;
-            default: QelCbYCrY2Gry(raw, w, h, out); break;
-        }
-        return img;
-    }
-    bool ok = false;
+cli::FrameFormat frameFormat(Format f) {
     switch (f) {
-        case Format::Yuv420P: ok = QelYUV420P2RGB(raw, w, h, out); break;
-        case Format::Yuv420SP: ok = QelYUV420SP2RGB(raw, w, h, out); break;
-        case Format::Yuv422P: ok = QelYUV422P2RGB(raw, w, h, out); break;
-        default: ok = QelCbYCrY2RGB(raw, w, h, out); break;
+        case Format::Yuv420SP: return cli::FrameFormat::Yuv420SP;
+        case Format::Yuv422P: return cli::FrameFormat::Yuv422P;
+        case Format::CbYCrY: return cli::FrameFormat::CbYCrY;
+        default: return cli::FrameFormat::Yuv420P;
     }
-    if (!ok) throw cli::UsageError(std::string(formatName(f)) + " frame size refused");
-    return img;
-}
-
-// Copies rectangle x1,x2,y1,y2 of a camera frame out as BGR or grey, through the library's rectangle copies.
-cli::Image cropFrame(Format f, unsigned char* frame, int w, int h, const std::vector<int>& r, bool grey) {
-    cli::Image img;
-    img.width = r[1] - r[0] + 1;
-    img.height = r[3] - r[2] + 1;
-    img.channels = grey ? 1 : 3;
-    img.pixels.resize(static_cast<size_t>(img.width) * static_cast<size_t>(img.height) * static_cast<size_t>(img.channels));
-    unsigned char* out = img.pixels.data();
-    if (grey) {
-        switch (f) {
-            case Format::Yuv420P: QelCopyYUV420PRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
-            case Format::Yuv420SP: QelCopyYUV420SPRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
-            case Format::Yuv422P: QelCopyYUV422PRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
-            default: QelCopyCbYCrYRect2Gry(frame, w, h, r[0], r[1], r[2], r[3], out); break;
-        }
-        return img;
-    }
-    bool ok = false;
-    const char* rule = "";
-    switch (f) {
-        case Format::Yuv420P:
-            ok = QelCopyYUV420PRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
-            rule = "an even x1 and y1 and an even rectangle width and height";
-            break;
-        case Format::Yuv420SP:
-            ok = QelCopyYUV420SPRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
-            rule = "an even x1 and y1 and an even rectangle width and height";
-            break;
-        case Format::Yuv422P:
-            ok = QelCopyYUV422PRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
-            rule = "an even x1 and an even rectangle width";
-            break;
-        default:
-            ok = QelCopyCbYCrYRect2RGB(frame, w, h, r[0], r[1], r[2], r[3], out);
-            rule = "an even x1 and an even rectangle width";
-            break;
-    }
-    if (!ok) throw cli::UsageError(std::string("a colour rectangle of a ") + formatName(f) + " frame needs " + rule);
-    return img;
 }
 
 // Copies rectangle x1,x2,y1,y2 of an image.
@@ -214,34 +140,20 @@ int runConvert(const cli::Args& args) {
     // Optional rectangle x1,x2,y1,y2 (both ends included), checked against the image once its size is known.
     std::vector<int> rect;
     if (args.has("rect")) rect = args.integers("rect", 4);
-    auto checkRect = [&](int w, int h) {
-        if (rect.empty()) return;
-        if (rect[0] < 0 || rect[2] < 0 || rect[0] > rect[1] || rect[2] > rect[3] || rect[1] >= w || rect[3] >= h)
-            throw cli::UsageError("--rect " + args.value("rect") + " is not inside the " + std::to_string(w) + " x " +
-                                  std::to_string(h) + " image (want x1<=x2<width, y1<=y2<height)");
-    };
 
     // Load into colour (BGR) or grey; a camera frame is cropped while it is converted.
     cli::Image img;
     if (isFrame(from)) {
         if (!args.has("width") || !args.has("height"))
             throw cli::UsageError(std::string("a raw ") + formatName(from) + " frame needs --width and --height");
-        const int w = args.integer("width", 0);
-        const int h = args.integer("height", 0);
-        if (w <= 0 || h <= 0 || w > 65535 || h > 65535) throw cli::UsageError("--width and --height must be between 1 and 65535");
+        cli::FrameRead how{frameFormat(from), args.integer("width", 0), args.integer("height", 0), rect, args.value("rect"),
+                           to == Format::Grey};
         std::vector<unsigned char> raw = cli::readFile(in);
-        const size_t need = frameBytes(from, w, h);
-        if (raw.size() != need)
-            throw cli::UsageError("size mismatch: a " + std::to_string(w) + " x " + std::to_string(h) + " " + formatName(from) +
-                                  " frame has " + std::to_string(need) + " bytes, '" + in + "' has " + std::to_string(raw.size()));
-        requireEvenSize(from, w, h, false);
-        checkRect(w, h);
-        img = rect.empty() ? decodeFrame(from, raw.data(), w, h, to == Format::Grey)
-                           : cropFrame(from, raw.data(), w, h, rect, to == Format::Grey);
+        img = cli::decodeFrame(in, raw, how);
     } else {
         if (args.has("width") || args.has("height")) throw cli::UsageError("--width/--height are for raw camera frames; an image file carries its own size");
         img = cli::loadImage(in);
-        checkRect(img.width, img.height);
+        cli::requireRectangleInside(rect, img.width, img.height, args.value("rect"));
         if (!rect.empty()) img = cropImage(img, rect);
     }
 
@@ -253,17 +165,7 @@ int runConvert(const cli::Args& args) {
         img = cli::toColour(img);
     }
     if (isFrame(to)) {
-        requireEvenSize(to, w, h, true);
-        std::vector<unsigned char> frame(frameBytes(to, w, h));
-        bool ok = false;
-        switch (to) {
-            case Format::Yuv420P: ok = QelRGB2YUV420P(img.pixels.data(), w, h, frame.data()); break;
-            case Format::Yuv420SP: ok = QelRGB2YUV420SP(img.pixels.data(), w, h, frame.data()); break;
-            case Format::Yuv422P: ok = QelRGB2YUV422P(img.pixels.data(), w, h, frame.data()); break;
-            default: ok = QelRGB2CbYCrY(img.pixels.data(), w, h, frame.data()); break;
-        }
-        if (!ok) throw cli::UsageError(std::string(formatName(to)) + " frame size refused");
-        cli::writeFile(out, frame);
+        cli::writeFile(out, cli::encodeFrame(frameFormat(to), img));
     } else {
         cli::saveImage(img, out);
     }
