@@ -11,6 +11,7 @@
 #include "color/rgb.h"
 #include "color/yuv.h"
 #include "core/simd.h"
+#include "core/simd_avx2.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -217,6 +218,143 @@ int camera_blocks_420(const unsigned char* const bgrRows[2],
 }
 #endif
 
+#ifdef QEL_SIMD_AVX2
+namespace avx2 = qel::avx2;
+
+// Grey of 32-pixel blocks with AVX2. Each 128-bit lane takes four pixels (12 bytes of a 16-byte
+// load): a byte shuffle forms the 16-bit pairs (B, G) and (R, 0) of each pixel, and two
+// multiply-adds give the scalar formula's sum in 32 bits. A block's last load reads 4 bytes past
+// it, so the blocks stop two pixels short of the end. Returns how many pixels it did.
+QEL_TARGET_AVX2 size_t grey_blocks_avx2(const unsigned char* rgb, size_t count, unsigned char* grey) {
+    const __m256i blueGreen = _mm256_setr_epi8(0, -1, 1, -1, 3, -1, 4, -1, 6, -1, 7, -1, 9, -1, 10, -1,  //
+                                               0, -1, 1, -1, 3, -1, 4, -1, 6, -1, 7, -1, 9, -1, 10, -1);
+    const __m256i red = _mm256_setr_epi8(2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1,  //
+                                         2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1);
+    const __m256i wBlueGreen = avx2::weight_pair(qel::kGreyWeightBlue, qel::kGreyWeightGreen);
+    const __m256i wRed = avx2::weight_pair(qel::kGreyWeightRed, 0);
+    // Lane j of sums[k] holds pixels 8k + 4j .. 8k + 4j + 3.
+    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
+    size_t i = 0;
+    for (; i + kBlock + 2 <= count; i += kBlock) {
+        __m256i sums[4];
+        for (int k = 0; k < 4; ++k) {
+            const unsigned char* p = rgb + 3 * (i + 8 * k);
+            const __m256i v = _mm256_inserti128_si256(
+                _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))),
+                _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 12)), 1);
+            sums[k] = _mm256_srai_epi32(_mm256_add_epi32(_mm256_madd_epi16(_mm256_shuffle_epi8(v, blueGreen), wBlueGreen),
+                                                         _mm256_madd_epi16(_mm256_shuffle_epi8(v, red), wRed)),
+                                        qel::kGreyShift);
+        }
+        // Dword d of the packed bytes holds pixels 8(d % 4) + 4(d / 4) ..: put them in order.
+        const __m256i bytes = _mm256_packus_epi16(_mm256_packs_epi32(sums[0], sums[1]), _mm256_packs_epi32(sums[2], sums[3]));
+        avx2::store(grey + i, _mm256_permutevar8x32_epi32(bytes, order));
+    }
+    return i;
+}
+
+// Y, U and V of 16 pixels from x as 16-bit lanes (lane 0: pixels x .. x + 7, lane 1: the next
+// eight), U and V repeated for the two pixels of each pair. Planar chroma first.
+QEL_TARGET_AVX2 inline __m256i widen_pairs8(__m128i eight) { return _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(eight, eight)); }
+
+template <class Byte>
+QEL_TARGET_AVX2 inline void yuv16(const qel::CameraRow<Byte, 1, 1>& row, int x, __m256i& y, __m256i& u, __m256i& v) {
+    y = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.luma + x)));
+    u = widen_pairs8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row.cb + x / 2)));
+    v = widen_pairs8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row.cr + x / 2)));
+}
+
+// Interleaved U, V pairs: 16 bytes serve 16 pixels.
+template <class Byte>
+QEL_TARGET_AVX2 inline void yuv16(const qel::CameraRow<Byte, 1, 2>& row, int x, __m256i& y, __m256i& u, __m256i& v) {
+    y = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.luma + x)));
+    const __m128i uv = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cb + x));
+    u = _mm256_cvtepu8_epi16(_mm_shuffle_epi8(uv, _mm_setr_epi8(0, 0, 2, 2, 4, 4, 6, 6, 8, 8, 10, 10, 12, 12, 14, 14)));
+    v = _mm256_cvtepu8_epi16(_mm_shuffle_epi8(uv, _mm_setr_epi8(1, 1, 3, 3, 5, 5, 7, 7, 9, 9, 11, 11, 13, 13, 15, 15)));
+}
+
+// Packed pairs (Cb, Y, Cr, Y): 32 bytes serve 16 pixels, eight in each lane.
+template <class Byte>
+QEL_TARGET_AVX2 inline void yuv16(const qel::CameraRow<Byte, 2, 4>& row, int x, __m256i& y, __m256i& u, __m256i& v) {
+    const __m256i p = avx2::load(row.cb + 2 * x);
+    y = _mm256_shuffle_epi8(p, _mm256_setr_epi8(1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1,  //
+                                                1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1));
+    u = _mm256_shuffle_epi8(p, _mm256_setr_epi8(0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1,  //
+                                                0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1));
+    v = _mm256_shuffle_epi8(p, _mm256_setr_epi8(2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1,  //
+                                                2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1));
+}
+
+// (sums >> kYuvShift) of the multiply-adds of the 16-bit lane pairs (lo, hi) with w, as 16 lanes.
+QEL_TARGET_AVX2 inline __m256i shifted_pairs(__m256i lo, __m256i hi, __m256i w, __m256i extraLo, __m256i extraHi) {
+    return _mm256_packs_epi32(
+        _mm256_srai_epi32(_mm256_add_epi32(_mm256_madd_epi16(lo, w), extraLo), qel::kYuvShift),
+        _mm256_srai_epi32(_mm256_add_epi32(_mm256_madd_epi16(hi, w), extraHi), qel::kYuvShift));
+}
+
+// B, G, R of 16 pixels as 16-bit lanes, the formulas of bgr8.
+template <class Row>
+QEL_TARGET_AVX2 inline void bgr16(const Row& row, int x, __m256i& b, __m256i& g, __m256i& r) {
+    const __m256i offset = _mm256_set1_epi16(qel::kChromaOffset);
+    const __m256i zero = _mm256_setzero_si256();
+    __m256i y;
+    __m256i cu;
+    __m256i cv;
+    yuv16(row, x, y, cu, cv);
+    cu = _mm256_sub_epi16(cu, offset);
+    cv = _mm256_sub_epi16(cv, offset);
+    const __m256i yuLo = _mm256_unpacklo_epi16(y, cu);
+    const __m256i yuHi = _mm256_unpackhi_epi16(y, cu);
+    const __m256i yvLo = _mm256_unpacklo_epi16(y, cv);
+    const __m256i yvHi = _mm256_unpackhi_epi16(y, cv);
+    const __m256i wGreenV = avx2::weight_pair(-qel::kGreenFromV, 0);
+    b = shifted_pairs(yuLo, yuHi, avx2::weight_pair(qel::kYuvOne, qel::kBlueFromU), zero, zero);
+    g = shifted_pairs(yuLo, yuHi, avx2::weight_pair(qel::kYuvOne, -qel::kGreenFromU),
+                      _mm256_madd_epi16(_mm256_unpacklo_epi16(cv, zero), wGreenV),
+                      _mm256_madd_epi16(_mm256_unpackhi_epi16(cv, zero), wGreenV));
+    r = shifted_pairs(yvLo, yvHi, avx2::weight_pair(qel::kYuvOne, qel::kRedFromV), zero, zero);
+}
+
+// B, G, R of the whole 32-pixel blocks of a row with AVX2; returns how many pixels it did. The
+// planes of 32 pixels (lane 0: pixels 0 .. 15) are interleaved by byte shuffles, 16 pixels a lane.
+template <class Row>
+QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rgb) {
+    // Byte k of output register j (j = 0, 1, 2) of a lane is byte 16j + k of the lane's 48 bytes,
+    // pixel (16j + k) / 3 of channel (16j + k) % 3: one shuffle per channel, -1 where another
+    // channel's byte goes.
+    alignas(32) signed char masks[3][3][16];
+    for (int j = 0; j < 3; ++j)
+        for (int c = 0; c < 3; ++c)
+            for (int k = 0; k < 16; ++k)
+                masks[j][c][k] = static_cast<signed char>((16 * j + k) % 3 == c ? (16 * j + k) / 3 : -1);
+    __m256i shuffle[3][3];
+    for (int j = 0; j < 3; ++j)
+        for (int c = 0; c < 3; ++c) shuffle[j][c] = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks[j][c])));
+    int x = 0;
+    for (; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
+        __m256i b[2];
+        __m256i g[2];
+        __m256i r[2];
+        bgr16(row, x, b[0], g[0], r[0]);
+        bgr16(row, x + 16, b[1], g[1], r[1]);
+        // packus leaves pixels 0-7, 16-23 in lane 0 and 8-15, 24-31 in lane 1: swap the middle quarters.
+        const __m256i planes[3] = {_mm256_permute4x64_epi64(_mm256_packus_epi16(b[0], b[1]), 0xD8),
+                                   _mm256_permute4x64_epi64(_mm256_packus_epi16(g[0], g[1]), 0xD8),
+                                   _mm256_permute4x64_epi64(_mm256_packus_epi16(r[0], r[1]), 0xD8)};
+        __m256i out[3];
+        for (int j = 0; j < 3; ++j)
+            out[j] = _mm256_or_si256(_mm256_or_si256(_mm256_shuffle_epi8(planes[0], shuffle[j][0]),
+                                                     _mm256_shuffle_epi8(planes[1], shuffle[j][1])),
+                                     _mm256_shuffle_epi8(planes[2], shuffle[j][2]));
+        // Lane 0 of out[0..2] is bytes 0..47, lane 1 bytes 48..95.
+        avx2::store(rgb, _mm256_permute2x128_si256(out[0], out[1], 0x20));
+        avx2::store(rgb + 32, _mm256_permute2x128_si256(out[2], out[0], 0x30));
+        avx2::store(rgb + 64, _mm256_permute2x128_si256(out[1], out[2], 0x31));
+    }
+    return x;
+}
+#endif
+
 // Camera frame to B, G, R; width must be even, and height even where two rows share chroma. Rows
 // go 32 pixels a step where SSE2 is available and are finished with the plain loop.
 template <class Format>
@@ -226,7 +364,12 @@ void camera_to_bgr(const unsigned char* frame, int width, int height, unsigned c
     if (qel::simd::sse2()) {
         const std::ptrdiff_t rgbRowBytes = static_cast<std::ptrdiff_t>(width) * kBytesPerRgbPixel;
         for (int y = 0; y < height; ++y, rgb += rgbRowBytes) {
+#ifdef QEL_SIMD_AVX2
+            const int done =
+                qel::simd::avx2() ? bgr_blocks_avx2(layout.row(y), width, rgb) : bgr_blocks(layout.row(y), width, rgb);
+#else
             const int done = bgr_blocks(layout.row(y), width, rgb);
+#endif
             qel::copy_bgr(layout, RectArea{done, width - 1, y, y}, rgb + done * kBytesPerRgbPixel);
         }
         return;
@@ -287,7 +430,11 @@ void bgr_to_camera(const unsigned char* rgb, int width, int height, unsigned cha
 void QelRGB2Gry(unsigned char* rgb, int width, int height, unsigned char* grey) {
     size_t done = 0;
 #ifdef QEL_SIMD_SSE2
-    if (qel::simd::sse2()) done = grey_blocks(rgb, pixel_count(width, height), grey);
+#ifdef QEL_SIMD_AVX2
+    if (qel::simd::avx2()) done = grey_blocks_avx2(rgb, pixel_count(width, height), grey);
+#endif
+    // (SSE2 also where AVX2 found the image too small for one block)
+    if (qel::simd::sse2() && done == 0) done = grey_blocks(rgb, pixel_count(width, height), grey);
 #endif
     qel::grey_from_each_pixel(rgb + done * kBytesPerRgbPixel, pixel_count(width, height) - done, grey + done,
                               [](int b, int g, int r) { return qel::grey_from_bgr(b, g, r); });
