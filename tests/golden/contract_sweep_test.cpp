@@ -131,3 +131,33 @@ TEST(ContractSweepCoverage, EveryExportIsSwept) {
 }
 
 }  // namespace
+
+namespace {
+
+// The parameter kinds return the fixed value outside a sweep (the golden digests rely on it) and
+// reach both ends of their range and values between them inside one.
+TEST(ContractSweepParameters, DrawAcrossTheirRangesOnlyInASweep) {
+    golden::Call fixed(9, 4, 1);
+    EXPECT_EQ(fixed.level(77), 77);
+    EXPECT_EQ(fixed.win(3), 3);
+    EXPECT_EQ(fixed.across({1, 2, 3, 4}).y2, 4);
+    golden::Call call(9, 4, 1);
+    call.sweep();
+    std::set<int> levels, cols;
+    bool outside = false, empty = false;
+    for (int i = 0; i < 400; ++i) {
+        levels.insert(call.level(77));
+        cols.insert(call.col(0));
+        const golden::Rect in = call.inside({0, 0, 0, 0});
+        EXPECT_TRUE(in.x1 >= 0 && in.x1 <= in.x2 && in.x2 < 9 && in.y1 >= 0 && in.y1 <= in.y2 && in.y2 < 4);
+        const golden::Rect r = call.across({0, 0, 0, 0});
+        outside |= r.x1 < 0 || r.x2 >= 9 || r.y1 < 0 || r.y2 >= 4;
+        empty |= r.area() == 0;
+    }
+    EXPECT_TRUE(levels.count(0) && levels.count(255) && levels.size() > 100);
+    EXPECT_EQ(*cols.begin(), -3);
+    EXPECT_EQ(*cols.rbegin(), 11);
+    EXPECT_TRUE(outside && empty);
+}
+
+}  // namespace

@@ -22,18 +22,18 @@ inline void add_draw(std::vector<Entry>& t) {
              QelGryLine(img, c.w, c.h, c.w / 2, 0, c.w / 2, c.h, 1);
              QelGryLine(img, c.w, c.h, c.w - 1, 1, 2, c.h - 2, 300);
          }},
-        {"QelRGBLine", [](Call& c) { QelRGBLine(c.inout_bgr(), c.w, c.h, 0, c.h - 1, c.w - 1, 0, 255, 10, 20); }},
+        {"QelRGBLine", [](Call& c) { QelRGBLine(c.inout_bgr(), c.w, c.h, c.col(0), c.row(c.h - 1), c.col(c.w - 1), c.row(0), 255, 10, 20); }},
         {"QelDrawABCLineByColor",
          [](Call& c) { QelDrawABCLineByColor(c.inout_grey(), c.w, c.h, 1.0, -2.0, 3.5, 200); }},
         {"QelDrawABCLineByColor/range", [](Call& c) {
-             QelDrawABCLineByColor(c.inout_grey(), c.w, c.h, c.w - 3, 2, -1, c.h + 5, 3.0, 1.0, -double(c.w), 99);
+             QelDrawABCLineByColor(c.inout_grey(), c.w, c.h, c.col(c.w - 3), c.col(2), c.row(-1), c.row(c.h + 5), 3.0, 1.0, -double(c.w), 99);
          }},
         {"QelDrawABCLineByInc", [](Call& c) {
              unsigned char* img = c.inout_grey();
              QelDrawABCLineByInc(img, c.w, c.h, 1.0, -1.0, 0.0);
              QelDrawABCLineByInc(img, c.w, c.h, 1.0, 1.0, -double(c.h));
          }},
-        {"QelDrawKBLine", [](Call& c) { QelDrawKBLine(c.inout_grey(), c.w, c.h, 1, 0.3, 2.0, 77); }},
+        {"QelDrawKBLine", [](Call& c) { QelDrawKBLine(c.inout_grey(), c.w, c.h, c.pick(1, -1, 2), 0.3, 2.0, 77); }},
         {"QelDrawKBLine/rgb", [](Call& c) { QelDrawKBLine(c.inout_bgr(), c.w, c.h, 0, -0.45, double(c.h), 1, 2, 3); }},
         {"QelDrawHoughLine", [](Call& c) {
              unsigned char* img = c.inout_grey();
@@ -45,80 +45,76 @@ inline void add_draw(std::vector<Entry>& t) {
              QelDrawDegreeLine(img, c.w, c.h, c.w / 2, c.h / 2, 30.0, 255);
              QelDrawDegreeLine(img, c.w, c.h, c.w / 3, c.h / 3, 100.0, 0);
          }},
-        {"QelDrawDownArrow", [](Call& c) { QelDrawDownArrow(c.inout_grey(), c.w, c.h, c.w / 2, 2, c.h / 2, 250); }},
+        {"QelDrawDownArrow", [](Call& c) { QelDrawDownArrow(c.inout_grey(), c.w, c.h, c.col(c.w / 2), c.row(2), c.pick(c.h / 2, -4, std::max(c.w, c.h) + 4), 250); }},
         {"QelDrawDownArrow/broad",
-         [](Call& c) { QelDrawDownArrow(c.inout_grey(), c.w, c.h, 4, c.w - 6, 3, c.h - 2, 251); }},
+         [](Call& c) { QelDrawDownArrow(c.inout_grey(), c.w, c.h, c.col(4), c.col(c.w - 6), c.row(3), c.row(c.h - 2), 251); }},
         {"QelDrawDownArrow/rgb",
-         [](Call& c) { QelDrawDownArrow(c.inout_bgr(), c.w, c.h, c.w / 3, 1, c.h / 2, 255, 0, 0); }},
-        {"QelDrawUpArrow", [](Call& c) { QelDrawUpArrow(c.inout_grey(), c.w, c.h, c.w / 2, c.h - 2, c.h / 2, 250); }},
-        {"QelDrawUpArrow/broad", [](Call& c) { QelDrawUpArrow(c.inout_grey(), c.w, c.h, 3, c.w - 3, 2, c.h - 4, 252); }},
+         [](Call& c) { QelDrawDownArrow(c.inout_bgr(), c.w, c.h, c.col(c.w / 3), c.row(1), c.pick(c.h / 2, -4, std::max(c.w, c.h) + 4), 255, 0, 0); }},
+        {"QelDrawUpArrow", [](Call& c) { QelDrawUpArrow(c.inout_grey(), c.w, c.h, c.col(c.w / 2), c.row(c.h - 2), c.pick(c.h / 2, -4, std::max(c.w, c.h) + 4), 250); }},
+        {"QelDrawUpArrow/broad", [](Call& c) { QelDrawUpArrow(c.inout_grey(), c.w, c.h, c.col(3), c.col(c.w - 3), c.row(2), c.row(c.h - 4), 252); }},
         {"QelDrawUpArrow/rgb",
-         [](Call& c) { QelDrawUpArrow(c.inout_bgr(), c.w, c.h, c.w / 4, c.h - 1, c.h / 3, 0, 255, 0); }},
-        {"QelDrawLeftArrow", [](Call& c) { QelDrawLeftArrow(c.inout_grey(), c.w, c.h, c.w - 2, c.h / 2, c.w / 2, 250); }},
+         [](Call& c) { QelDrawUpArrow(c.inout_bgr(), c.w, c.h, c.col(c.w / 4), c.row(c.h - 1), c.pick(c.h / 3, -4, std::max(c.w, c.h) + 4), 0, 255, 0); }},
+        {"QelDrawLeftArrow", [](Call& c) { QelDrawLeftArrow(c.inout_grey(), c.w, c.h, c.col(c.w - 2), c.row(c.h / 2), c.pick(c.w / 2, -4, std::max(c.w, c.h) + 4), 250); }},
         {"QelDrawLeftArrow/broad",
-         [](Call& c) { QelDrawLeftArrow(c.inout_grey(), c.w, c.h, 2, c.w - 2, 5, c.h - 6, 253); }},
+         [](Call& c) { QelDrawLeftArrow(c.inout_grey(), c.w, c.h, c.col(2), c.col(c.w - 2), c.row(5), c.row(c.h - 6), 253); }},
         {"QelDrawLeftArrow/rgb",
-         [](Call& c) { QelDrawLeftArrow(c.inout_bgr(), c.w, c.h, c.w - 1, c.h / 3, c.w / 3, 0, 0, 255); }},
-        {"QelDrawRightArrow", [](Call& c) { QelDrawRightArrow(c.inout_grey(), c.w, c.h, 1, c.h / 2, c.w / 2, 250); }},
+         [](Call& c) { QelDrawLeftArrow(c.inout_bgr(), c.w, c.h, c.col(c.w - 1), c.row(c.h / 3), c.pick(c.w / 3, -4, std::max(c.w, c.h) + 4), 0, 0, 255); }},
+        {"QelDrawRightArrow", [](Call& c) { QelDrawRightArrow(c.inout_grey(), c.w, c.h, c.col(1), c.row(c.h / 2), c.pick(c.w / 2, -4, std::max(c.w, c.h) + 4), 250); }},
         {"QelDrawRightArrow/broad",
-         [](Call& c) { QelDrawRightArrow(c.inout_grey(), c.w, c.h, 3, c.w - 4, 2, c.h - 3, 254); }},
+         [](Call& c) { QelDrawRightArrow(c.inout_grey(), c.w, c.h, c.col(3), c.col(c.w - 4), c.row(2), c.row(c.h - 3), 254); }},
         {"QelDrawRightArrow/rgb",
-         [](Call& c) { QelDrawRightArrow(c.inout_bgr(), c.w, c.h, 2, c.h / 4, c.w / 2, 9, 8, 7); }},
+         [](Call& c) { QelDrawRightArrow(c.inout_bgr(), c.w, c.h, c.col(2), c.row(c.h / 4), c.pick(c.w / 2, -4, std::max(c.w, c.h) + 4), 9, 8, 7); }},
         {"QelGryImgDrawArrow",
-         [](Call& c) { QelGryImgDrawArrow(c.inout_grey(), c.w, c.h, 1, 1, c.w - 3, c.h / 2, 255); }},
+         [](Call& c) { QelGryImgDrawArrow(c.inout_grey(), c.w, c.h, c.col(1), c.row(1), c.col(c.w - 3), c.row(c.h / 2), 255); }},
         {"QelRGBImgDrawArrow",
-         [](Call& c) { QelRGBImgDrawArrow(c.inout_bgr(), c.w, c.h, c.w - 1, 0, 3, c.h - 3, 6, 255, 255, 0); }},
-        {"QelDrawGryCross", [](Call& c) { QelDrawGryCross(c.inout_grey(), c.w, c.h, c.w / 2, 1, 8, 252); }},
+         [](Call& c) { QelRGBImgDrawArrow(c.inout_bgr(), c.w, c.h, c.col(c.w - 1), c.row(0), c.col(3), c.row(c.h - 3), c.pick(6, -4, std::max(c.w, c.h) + 4), 255, 255, 0); }},
+        {"QelDrawGryCross", [](Call& c) { QelDrawGryCross(c.inout_grey(), c.w, c.h, c.col(c.w / 2), c.row(1), c.pick(8, -4, std::max(c.w, c.h) + 4), 252); }},
         {"QelDrawGryCrossShadow",
-         [](Call& c) { QelDrawGryCrossShadow(c.inout_grey(), c.w, c.h, c.w - 1, c.h / 2, 5, 255); }},
-        {"QelDrawRGBCross", [](Call& c) { QelDrawRGBCross(c.inout_bgr(), c.w, c.h, c.h / 3, c.h / 2, 9, 1, 200, 3); }},
-        {"QelDrawGryRect", [](Call& c) { QelDrawGryRect(c.inout_grey(), c.w, c.h, c.w + 3, 2, -1, c.h / 2, 250); }},
-        {"QelDrawRGBRect", [](Call& c) { QelDrawRGBRect(c.inout_bgr(), c.w, c.h, 1, c.w - 2, 3, c.h - 1, 0, 0, 255); }},
+         [](Call& c) { QelDrawGryCrossShadow(c.inout_grey(), c.w, c.h, c.col(c.w - 1), c.row(c.h / 2), c.pick(5, -4, std::max(c.w, c.h) + 4), 255); }},
+        {"QelDrawRGBCross", [](Call& c) { QelDrawRGBCross(c.inout_bgr(), c.w, c.h, c.col(c.h / 3), c.row(c.h / 2), c.pick(9, -4, std::max(c.w, c.h) + 4), c.pick(1, -4, std::max(c.w, c.h) + 4), 200, 3); }},
+        {"QelDrawGryRect", [](Call& c) { QelDrawGryRect(c.inout_grey(), c.w, c.h, c.col(c.w + 3), c.col(2), c.row(-1), c.row(c.h / 2), 250); }},
+        {"QelDrawRGBRect", [](Call& c) { QelDrawRGBRect(c.inout_bgr(), c.w, c.h, c.col(1), c.col(c.w - 2), c.row(3), c.row(c.h - 1), 0, 0, 255); }},
         {"QelDrawRect", [](Call& c) {
              QelDrawRect(c.inout_bgr(), c.w, c.h, true, 2, c.w / 2, 2, c.h / 2, 10, 20, 30, 40);
              QelDrawRect(c.inout_grey(), c.w, c.h, false, c.w / 3, c.w - 1, 0, c.h, 10, 20, 30, 40);
          }},
-        {"QelFillGryRect", [](Call& c) { QelFillGryRect(c.inout_grey(), c.w, c.h, -2, c.w / 2, 3, c.h + 2, 128); }},
-        {"QelFillRGBRect", [](Call& c) { QelFillRGBRect(c.inout_bgr(), c.w, c.h, 1, c.w - 1, 0, c.h / 3, 5, 6, 7); }},
+        {"QelFillGryRect", [](Call& c) { QelFillGryRect(c.inout_grey(), c.w, c.h, c.col(-2), c.col(c.w / 2), c.row(3), c.row(c.h + 2), 128); }},
+        {"QelFillRGBRect", [](Call& c) { QelFillRGBRect(c.inout_bgr(), c.w, c.h, c.col(1), c.col(c.w - 1), c.row(0), c.row(c.h / 3), 5, 6, 7); }},
         {"QelChangeColorOnRect",
-         [](Call& c) { QelChangeColorOnRect(c.inout_binary(), c.w, c.h, -1, c.w - 2, 2, c.h + 1, 255, 128); }},
+         [](Call& c) { QelChangeColorOnRect(c.inout_binary(), c.w, c.h, c.col(-1), c.col(c.w - 2), c.row(2), c.row(c.h + 1), c.level(255), c.level(128)); }},
         {"QelDrawCircle", [](Call& c) {
              unsigned char* img = c.inout_grey();
              QelDrawCircle(img, c.w, c.h, c.w / 2, c.h / 2, c.w / 3, c.h / 4, 250);
-             QelDrawCircle(img, c.w, c.h, 2, c.h - 3, c.w, 7, 1);
+             QelDrawCircle(img, c.w, c.h, c.col(2), c.row(c.h - 3), c.pick(c.w, -4, std::max(c.w, c.h) + 4), c.pick(7, -4, std::max(c.w, c.h) + 4), 1);
          }},
         {"QelDrawPolygon", [](Call& c) {
              int* xs = c.ints(7, -3, c.w + 3);
              int* ys = c.ints(7, -3, c.h + 3, 1);
-             QelDrawPolygon(c.inout_grey(), c.w, c.h, xs, ys, 7, 1, -1, 251);
+             QelDrawPolygon(c.inout_grey(), c.w, c.h, xs, ys, 7, 1, c.pick(-1, -3, 3), c.pick(251, -3, 3));
          }},
         {"QelSetNumberString2GryImg",
-         [](Call& c) { c.value(QelSetNumberString2GryImg(c.inout_grey(), c.w, c.h, 1, 2, 1, 255, text_of(c, "0123456789"))); }},
+         [](Call& c) { c.value(QelSetNumberString2GryImg(c.inout_grey(), c.w, c.h, c.col(1), c.row(2), 1, 255, text_of(c, "0123456789"))); }},
         {"QelSetNumberString2RGBImg", [](Call& c) {
-             c.value(QelSetNumberString2RGBImg(c.inout_bgr(), c.w, c.h, 3, c.h - 12, 0, 1, 2, 3, text_of(c, "4207")));
+             c.value(QelSetNumberString2RGBImg(c.inout_bgr(), c.w, c.h, c.col(3), c.row(c.h - 12), 0, 1, 2, 3, text_of(c, "4207")));
          }},
         {"QelSetNumberString20x16GryImg", [](Call& c) {
-             c.value(QelSetNumberString20x16GryImg(c.inout_grey(), c.w, c.h, 0, 1, 2, 0, 255, text_of(c, "98765")));
+             c.value(QelSetNumberString20x16GryImg(c.inout_grey(), c.w, c.h, c.col(0), c.row(1), 2, 0, 255, text_of(c, "98765")));
          }},
         {"QelSetNumberString20x16RGBImg", [](Call& c) {
-             c.value(QelSetNumberString20x16RGBImg(c.inout_bgr(), c.w, c.h, 2, 3, -1, 10, 20, 30, 200, 210, 220,
-                                                   text_of(c, "31")));
+             c.value(QelSetNumberString20x16RGBImg(c.inout_bgr(), c.w, c.h, c.col(2), c.row(3), -1, 10, 20, 30, 200, 210, 220, text_of(c, "31")));
          }},
         // GB2312 codes of a few common characters and full-width digits.
         {"QelDrawChineseString16x16", [](Call& c) {
-             c.value(QelDrawChineseString16x16(c.inout_grey(), c.w, c.h, 1, 2, 1, 0, 255,
-                                               text_of(c, "\xD6\xD0\xCE\xC4\xA3\xB1\xA3\xB2")));
+             c.value(QelDrawChineseString16x16(c.inout_grey(), c.w, c.h, c.col(1), c.row(2), 1, 0, 255, text_of(c, "\xD6\xD0\xCE\xC4\xA3\xB1\xA3\xB2")));
          }},
         {"QelDrawChineseString16x16/rgb", [](Call& c) {
-             c.value(QelDrawChineseString16x16(c.inout_bgr(), c.w, c.h, 3, 1, 0, 1, 2, 3, 250, 240, 230,
-                                               text_of(c, "\xB9\xFA\xA3\xB3")));
+             c.value(QelDrawChineseString16x16(c.inout_bgr(), c.w, c.h, c.col(3), c.row(1), 0, 1, 2, 3, 250, 240, 230, text_of(c, "\xB9\xFA\xA3\xB3")));
          }},
         {"QelDrawChineseString32x32", [](Call& c) {
-             c.value(QelDrawChineseString32x32(c.inout_grey(), c.w, c.h, 0, 0, 2, 30, 220, text_of(c, "\xD6\xD0\xA3\xB9")));
+             c.value(QelDrawChineseString32x32(c.inout_grey(), c.w, c.h, c.col(0), c.row(0), 2, 30, 220, text_of(c, "\xD6\xD0\xA3\xB9")));
          }},
         {"QelDrawChineseString32x32/rgb", [](Call& c) {
-             c.value(QelDrawChineseString32x32(c.inout_bgr(), c.w, c.h, 1, 1, 0, 0, 0, 0, 255, 255, 0,
-                                               text_of(c, "\xCE\xC4")));
+             c.value(QelDrawChineseString32x32(c.inout_bgr(), c.w, c.h, c.col(1), c.row(1), 0, 0, 0, 0, 255, 255, 0, text_of(c, "\xCE\xC4")));
          }},
         {"QelChar2Wide", [](Call& c) {
              const char* text = "Qel 0.1 \xB0!";
@@ -127,7 +123,7 @@ inline void add_draw(std::vector<Entry>& t) {
          }},
         {"QelSetPrivateLogo", [](Call& c) {
              QelSetPrivateLogo(c.inout_grey(), c.w, c.h, false, 2, 3);
-             QelSetPrivateLogo(c.inout_bgr(), c.w, c.h, true, c.w - 30, c.h - 18);
+             QelSetPrivateLogo(c.inout_bgr(), c.w, c.h, true, c.col(c.w - 30), c.row(c.h - 18));
          }},
     });
 }
