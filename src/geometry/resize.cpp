@@ -5,6 +5,7 @@
 #include "qel/histogram.h"
 
 #include "core/simd.h"
+#include "core/simd_avx2.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -251,8 +252,30 @@ void shrink_by_block_sums(const unsigned char* src, int width, int height, int c
     }
 }
 
+#ifdef QEL_SIMD_AVX2
+// 32 means of 2 × 2 blocks a step from the rows top and bottom; returns how many it did of `count`.
+// Each row's column pairs are summed by a multiply-add with ones, in 16 bits.
+QEL_TARGET_AVX2 int shrink_2x2_avx2(const unsigned char* top, const unsigned char* bottom, int count,
+                                    unsigned char* out) {
+    const __m256i ones = _mm256_set1_epi8(1);
+    int i = 0;
+    for (; i + avx2::kLanes <= count; i += avx2::kLanes) {
+        __m256i means[2];
+        for (int h = 0; h < 2; ++h) {
+            const int x = 2 * i + h * avx2::kLanes;
+            const __m256i sum = _mm256_add_epi16(_mm256_maddubs_epi16(avx2::load(top + x), ones),
+                                                 _mm256_maddubs_epi16(avx2::load(bottom + x), ones));
+            means[h] = _mm256_srli_epi16(sum, 2);
+        }
+        // packus interleaves the lanes of the two halves: put the quarters back in order.
+        avx2::store(out + i, _mm256_permute4x64_epi64(_mm256_packus_epi16(means[0], means[1]), 0xD8));
+    }
+    return i;
+}
+#endif
+
 // (width/2) × (height/2) means of 2 × 2 blocks, (sum of four) >> 2: shrink_by_block_sums for blocks
-// of 2 × 2 on grey images, 16 output pixels a step where SSE2 is available.
+// of 2 × 2 on grey images, 16 output pixels a step where SSE2 is available (32 with AVX2).
 void shrink_2x2(const unsigned char* src, int width, int height, unsigned char* dst) {
     if (width <= 0 || height <= 0) return;
     const int outW = width / 2;
@@ -262,6 +285,9 @@ void shrink_2x2(const unsigned char* src, int width, int height, unsigned char* 
         const unsigned char* bottom = top + width;
         unsigned char* out = dst + static_cast<size_t>(j) * static_cast<size_t>(outW);
         int i = 0;
+#ifdef QEL_SIMD_AVX2
+        if (simd::avx2()) i = shrink_2x2_avx2(top, bottom, outW, out);
+#endif
 #ifdef QEL_SIMD_SSE2
         const bool fast = simd::sse2();
         const __m128i low = _mm_set1_epi16(0x00FF);
