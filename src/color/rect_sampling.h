@@ -96,6 +96,12 @@ template <class Layout>
 void copy_luma(const Layout& frame, const RectArea& r, unsigned char* grey) {
     if (r.empty()) return;
     const int rw = r.width();
+    if constexpr (Layout::Row::kLumaStep == 1) {
+        if (r.x1 == 0 && rw == frame.lumaRowBytes) {  // whole rows of a luma plane: one copy
+            std::memcpy(grey, frame.row(r.y1).luma, static_cast<size_t>(rw) * static_cast<size_t>(r.height()));
+            return;
+        }
+    }
     for (int y = r.y1; y <= r.y2; ++y, grey += rw) {
         const typename Layout::Row row = frame.row(y);
         if constexpr (Layout::Row::kLumaStep == 1) {

@@ -1,9 +1,10 @@
 // Threshold selection (Otsu, bright fraction, mean ± k deviations, difference-image noise level,
 // valley search, k-means of grey levels) and binarisation. Every binarisation compares each pixel
-// with its threshold in one loop, sixteen pixels at a time where SSE2 is available.
+// with its threshold in one loop, 32 or 16 pixels at a time where AVX2 or SSE2 is available.
 #include "histogram/statistics.h"
 
 #include "core/simd.h"
+#include "core/simd_avx2.h"
 #include "qel/histogram.h"
 
 #include <algorithm>
@@ -17,6 +18,20 @@ namespace {
 constexpr unsigned char kBackground = 0;
 constexpr unsigned char kObject = 255;
 
+#ifdef QEL_SIMD_AVX2
+// threshold_span's whole 32-pixel steps for t < 256; returns how many pixels it did.
+QEL_TARGET_AVX2 size_t threshold_avx2(const unsigned char* src, size_t count, int t, unsigned char low,
+                                      unsigned char high, unsigned char* dst) {
+    const __m256i tv = _mm256_set1_epi8(static_cast<char>(t));
+    const __m256i lv = _mm256_set1_epi8(static_cast<char>(low));
+    const __m256i hv = _mm256_set1_epi8(static_cast<char>(high));
+    size_t i = 0;
+    for (; i + avx2::kLanes <= count; i += avx2::kLanes)
+        avx2::store(dst + i, avx2::select(avx2::at_least(avx2::load(src + i), tv), hv, lv));
+    return i;
+}
+#endif
+
 // dst[i] = high where src[i] >= threshold, else low, for count pixels; src and dst may be the same
 // buffer. A threshold of 0 or less makes every pixel high; one above 256 is a caller error and is
 // treated as 256 (every pixel low).
@@ -24,6 +39,9 @@ void threshold_span(const unsigned char* src, size_t count, int threshold, unsig
                     unsigned char* dst) {
     const int t = std::clamp(threshold, 0, kGreyLevels);
     size_t i = 0;
+#ifdef QEL_SIMD_AVX2
+    if (simd::avx2() && t < kGreyLevels) i = threshold_avx2(src, count, t, low, high, dst);
+#endif
 #ifdef QEL_SIMD_SSE2
     if (simd::sse2() && t < kGreyLevels) {
         const __m128i tv = _mm_set1_epi8(static_cast<char>(t));

@@ -3,6 +3,7 @@
 #include "qel/misc.h"
 
 #include "core/simd.h"
+#include "core/simd_avx2.h"
 #include "misc/arithmetic.h"
 
 #include <algorithm>
@@ -14,34 +15,56 @@ namespace {
 
 size_t byte_count(int n) { return n > 0 ? static_cast<size_t>(n) : 0; }
 
-// The byte operations of this file, each with its plain form and, where SSE2 is available, the
-// same operation on 16 bytes at once.
-#ifdef QEL_SIMD_SSE2
-#define QEL_BYTE_OP(name, scalar, vector)                                                                \
+// The byte operations of this file, each with its plain form and, where SSE2 (AVX2) is available,
+// the same operation on 16 (32) bytes at once.
+#if defined(QEL_SIMD_AVX2)
+#define QEL_BYTE_OP(name, scalar, vector, vector256)                                                     \
+    struct name {                                                                                       \
+        int operator()(unsigned char x, unsigned char y) const { return scalar; }                        \
+        __m128i operator()(__m128i x, __m128i y) const { return vector; }                                \
+        QEL_TARGET_AVX2 __m256i operator()(__m256i x, __m256i y) const { return vector256; }             \
+    };
+#elif defined(QEL_SIMD_SSE2)
+#define QEL_BYTE_OP(name, scalar, vector, vector256)                                                     \
     struct name {                                                                                       \
         int operator()(unsigned char x, unsigned char y) const { return scalar; }                        \
         __m128i operator()(__m128i x, __m128i y) const { return vector; }                                \
     };
 #else
-#define QEL_BYTE_OP(name, scalar, vector)                                                                \
+#define QEL_BYTE_OP(name, scalar, vector, vector256)                                                     \
     struct name {                                                                                       \
         int operator()(unsigned char x, unsigned char y) const { return scalar; }                        \
     };
 #endif
-QEL_BYTE_OP(AndOp, x & y, _mm_and_si128(x, y))
-QEL_BYTE_OP(OrOp, x | y, _mm_or_si128(x, y))
-QEL_BYTE_OP(XorOp, x ^ y, _mm_xor_si128(x, y))
-QEL_BYTE_OP(AbsDiffOp, qel::abs_diff(x, y), qel::simd::abs_diff(x, y))
-QEL_BYTE_OP(ClippedDiffOp, x > y ? x - y : 0, _mm_subs_epu8(x, y))
-QEL_BYTE_OP(MaxOp, std::max(x, y), _mm_max_epu8(x, y))
-QEL_BYTE_OP(MinOp, std::min(x, y), _mm_min_epu8(x, y))
+QEL_BYTE_OP(AndOp, x & y, _mm_and_si128(x, y), _mm256_and_si256(x, y))
+QEL_BYTE_OP(OrOp, x | y, _mm_or_si128(x, y), _mm256_or_si256(x, y))
+QEL_BYTE_OP(XorOp, x ^ y, _mm_xor_si128(x, y), _mm256_xor_si256(x, y))
+QEL_BYTE_OP(AbsDiffOp, qel::abs_diff(x, y), qel::simd::abs_diff(x, y), qel::avx2::abs_diff(x, y))
+QEL_BYTE_OP(ClippedDiffOp, x > y ? x - y : 0, _mm_subs_epu8(x, y), _mm256_subs_epu8(x, y))
+QEL_BYTE_OP(MaxOp, std::max(x, y), _mm_max_epu8(x, y), _mm256_max_epu8(x, y))
+QEL_BYTE_OP(MinOp, std::min(x, y), _mm_min_epu8(x, y), _mm256_min_epu8(x, y))
 #undef QEL_BYTE_OP
 
-// out[i] := op(a[i], b[i]) for i < count, 16 bytes a step where SSE2 is available and byte by byte
-// for the rest. out may be a or b (each step reads its bytes before writing them).
+#ifdef QEL_SIMD_AVX2
+// op on the whole 32-byte steps of count bytes; returns how many it did.
+template <typename Op>
+QEL_TARGET_AVX2 size_t combine_avx2(const unsigned char* a, const unsigned char* b, size_t count, unsigned char* out,
+                                    Op op) {
+    size_t i = 0;
+    for (; i + qel::avx2::kLanes <= count; i += qel::avx2::kLanes)
+        qel::avx2::store(out + i, op(qel::avx2::load(a + i), qel::avx2::load(b + i)));
+    return i;
+}
+#endif
+
+// out[i] := op(a[i], b[i]) for i < count, 32 or 16 bytes a step where AVX2 or SSE2 is available and
+// byte by byte for the rest. out may be a or b (each step reads its bytes before writing them).
 template <typename Op>
 void combine(const unsigned char* a, const unsigned char* b, size_t count, unsigned char* out, Op op) {
     size_t i = 0;
+#ifdef QEL_SIMD_AVX2
+    if (qel::simd::avx2()) i = combine_avx2(a, b, count, out, op);
+#endif
 #ifdef QEL_SIMD_SSE2
     if (qel::simd::sse2())
         for (; i + qel::simd::kLanes <= count; i += qel::simd::kLanes)
