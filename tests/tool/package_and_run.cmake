@@ -1,0 +1,156 @@
+# The release-archive test: runs cpack on the build for a .tar.gz (and a .deb where dpkg-deb is
+# installed) into a scratch directory, unpacks the .tar.gz, checks what it holds, runs the packed
+# tool from it, and builds the example program against it as another project would: once with
+# find_package(Qel), once with pkg-config. The .deb's control data and file list are checked too.
+# -DBUILD_DIR=... -DWORK=<scratch directory> -DCPACK=... -DOBJDUMP=... -DVERSION=x.y.z
+# -DSAMPLE=<512 x 512 24-bit BMP> -DEXAMPLES=<examples source dir> -DGENERATOR=... -DCXX=<compiler>
+# -DFONT=<1 when the build makes hzk16.dat> [-DSKIP_CONSUMER=ON]
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "${ARGN}: exit status ${rc}\nstdout: ${out}\nstderr: ${err}")
+  endif()
+  set(out "${out}" PARENT_SCOPE)
+endfunction()
+
+function(expect text regex what)
+  if(NOT text MATCHES "${regex}")
+    message(FATAL_ERROR "${what}: expected to match '${regex}', got:\n${text}")
+  endif()
+endfunction()
+
+# Runs a program with no library search path but LIBS (empty: none) and checks that the dynamic
+# loader resolves libqel.so.0 inside the unpacked archive, then runs it for real; output in `out`.
+function(run_from_archive libs)
+  set(env ${CMAKE_COMMAND} -E env --unset=DYLD_LIBRARY_PATH --unset=QEL_FONT_FILE)
+  if(libs)
+    list(APPEND env LD_LIBRARY_PATH=${libs})
+  else()
+    list(APPEND env --unset=LD_LIBRARY_PATH)
+  endif()
+  run(${env} LD_TRACE_LOADED_OBJECTS=1 ${ARGN})
+  string(REGEX REPLACE "([][.+*?^$()|\\])" "\\\\\\1" rootRegex "${root}")
+  expect("${out}" "libqel\\.so\\.0 => ${rootRegex}/(bin/\\.\\./)?lib/libqel\\.so\\.0 " "${ARGN}: libqel.so.0 resolved")
+  run(${env} ${ARGN})
+  set(out "${out}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE "${WORK}")
+file(MAKE_DIRECTORY "${WORK}")
+find_program(dpkgDeb dpkg-deb)
+set(generators TGZ)
+if(dpkgDeb)
+  list(APPEND generators DEB)
+endif()
+foreach(generator IN LISTS generators)
+  run("${CPACK}" -G ${generator} --config "${BUILD_DIR}/CPackConfig.cmake" -B "${WORK}")
+endforeach()
+
+# ---- the .tar.gz: one top directory qel-VERSION-Linux holding an install tree ----------------------
+set(name qel-${VERSION}-Linux)
+if(NOT EXISTS "${WORK}/${name}.tar.gz")
+  file(GLOB made "${WORK}/*")
+  message(FATAL_ERROR "cpack made no ${name}.tar.gz; ${WORK} holds: ${made}")
+endif()
+file(MAKE_DIRECTORY "${WORK}/unpacked")
+run(${CMAKE_COMMAND} -E chdir "${WORK}/unpacked" ${CMAKE_COMMAND} -E tar xzf "${WORK}/${name}.tar.gz")
+file(GLOB top RELATIVE "${WORK}/unpacked" "${WORK}/unpacked/*")
+if(NOT top STREQUAL name)
+  message(FATAL_ERROR "the archive's top level is '${top}', not ${name}")
+endif()
+set(root "${WORK}/unpacked/${name}")
+
+set(files lib/libqel.so.${VERSION} include/qel.h include/qel/binary.h include/qel/base.h
+          lib/cmake/Qel/QelConfig.cmake lib/cmake/Qel/QelConfigVersion.cmake lib/cmake/Qel/QelTargets.cmake
+          lib/pkgconfig/qel.pc bin/qel share/qel/samples/coins.bmp share/doc/qel/LICENSE share/doc/qel/README.md)
+if(FONT)
+  list(APPEND files bin/hzk16.dat)
+endif()
+foreach(f IN LISTS files)
+  if(NOT EXISTS "${root}/${f}" OR IS_SYMLINK "${root}/${f}")
+    message(FATAL_ERROR "the archive has no file ${f}")
+  endif()
+endforeach()
+# The development link and the SONAME link, as links, and the library's SONAME the tool asks for.
+foreach(link_target libqel.so:libqel.so.0 libqel.so.0:libqel.so.${VERSION})
+  string(REPLACE ":" ";" pair ${link_target})
+  list(GET pair 0 link)
+  list(GET pair 1 target)
+  if(NOT IS_SYMLINK "${root}/lib/${link}")
+    message(FATAL_ERROR "lib/${link} in the archive is not a symbolic link")
+  endif()
+  file(READ_SYMLINK "${root}/lib/${link}" points)
+  if(NOT points STREQUAL target)
+    message(FATAL_ERROR "lib/${link} points to '${points}', not ${target}")
+  endif()
+endforeach()
+run(${OBJDUMP} -p "${root}/lib/libqel.so.${VERSION}")
+expect("${out}" "SONAME +libqel\\.so\\.0\n" "the library's SONAME")
+run(${OBJDUMP} -p "${root}/bin/qel")
+expect("${out}" "NEEDED +libqel\\.so\\.0\n" "the tool's needed library")
+expect("${out}" "RUNPATH +\\$ORIGIN/\\.\\./lib\n" "the tool's RUNPATH")
+
+# The packed tool runs from wherever the archive was unpacked, and draws text with the packed font.
+run_from_archive("" "${root}/bin/qel" --version)
+expect("${out}" "^qel ${VERSION}\n$" "the packed qel --version")
+if(FONT)
+  run_from_archive("" "${root}/bin/qel" text "${SAMPLE}" -o "${WORK}/text.bmp" --at 10,10 Qel)
+  expect("${out}" "3 characters of 16 x 16 text at 10,10" "the packed qel text")
+endif()
+
+# ---- consumers: the example program, built against the unpacked archive two ways ------------------
+if(NOT SKIP_CONSUMER)
+  # find_package(Qel): the example's own CMake project; CMake's build RPATH finds the library.
+  set(consumer "${WORK}/cmake-consumer")
+  run(${CMAKE_COMMAND} -S "${EXAMPLES}" -B "${consumer}" -G "${GENERATOR}" -DCMAKE_CXX_COMPILER=${CXX}
+      "-DCMAKE_PREFIX_PATH=${root}")
+  run(${CMAKE_COMMAND} --build "${consumer}")
+  run_from_archive("" "${consumer}/bmp_to_grey" "${SAMPLE}" "${consumer}/grey.bmp")
+  expect("${out}" "-> .*grey\\.bmp: 512 x 512 grey\n" "the find_package consumer")
+
+  # pkg-config: only the archive's qel.pc is visible; the program finds the library through
+  # LD_LIBRARY_PATH, as the README says for this way.
+  find_program(pkgConfig NAMES pkg-config pkgconf)
+  if(NOT pkgConfig)
+    message(FATAL_ERROR "pkg-config is needed for this test (scripts/deps.sh installs it)")
+  endif()
+  set(pc ${CMAKE_COMMAND} -E env --unset=PKG_CONFIG_PATH "PKG_CONFIG_LIBDIR=${root}/lib/pkgconfig" ${pkgConfig})
+  run(${pc} --modversion qel)
+  expect("${out}" "^${VERSION}\n$" "pkg-config --modversion qel")
+  run(${pc} --cflags qel)
+  separate_arguments(cflags UNIX_COMMAND "${out}")
+  run(${pc} --libs qel)
+  separate_arguments(libs UNIX_COMMAND "${out}")
+  set(program "${WORK}/pkg-config-consumer")
+  run(${CXX} -std=c++17 ${cflags} "${EXAMPLES}/bmp_to_grey.cpp" -o "${program}" ${libs})
+  run_from_archive("${root}/lib" "${program}" "${SAMPLE}" "${WORK}/grey_pc.bmp")
+  expect("${out}" "-> .*grey_pc\\.bmp: 512 x 512 grey\n" "the pkg-config consumer")
+  # Both ways give the same picture: 512 x 512 grey levels after a 1078-byte header and palette.
+  file(SIZE "${WORK}/grey_pc.bmp" size)
+  if(NOT size EQUAL 263222)
+    message(FATAL_ERROR "the pkg-config consumer wrote ${size} bytes, not 263222")
+  endif()
+  run(${CMAKE_COMMAND} -E compare_files "${WORK}/grey_pc.bmp" "${consumer}/grey.bmp")
+endif()
+
+# ---- the .deb: name, version, dependencies, and the same tree under /usr -------------------------
+if(dpkgDeb)
+  file(GLOB debs "${WORK}/*.deb")
+  list(LENGTH debs count)
+  if(NOT count EQUAL 1)
+    message(FATAL_ERROR "cpack made ${count} .deb files: ${debs}")
+  endif()
+  get_filename_component(debName "${debs}" NAME)
+  expect("${debName}" "^qel_${VERSION}_[a-z0-9]+\\.deb$" "the .deb's file name")
+  run(${dpkgDeb} -I "${debs}")
+  expect("${out}" "\n Package: qel\n" "the .deb's package name")
+  expect("${out}" "\n Version: ${VERSION}\n" "the .deb's version")
+  expect("${out}" "\n Depends: [^\n]*libc6[^\n]*libstdc\\+\\+6" "the .deb's dependencies")
+  expect("${out}" "\n Maintainer: [^\n]+" "the .deb's maintainer")
+  expect("${out}" " shlibs " "the .deb's shlibs file (ldconfig and dependants)")
+  run(${dpkgDeb} -c "${debs}")
+  foreach(f IN LISTS files ITEMS lib/libqel.so.0 lib/libqel.so)
+    string(REGEX REPLACE "([.+])" "\\\\\\1" fileRegex "${f}")
+    expect("${out}" " \\./usr/${fileRegex}( -> [^\n]+)?\n" "the .deb's file list")
+  endforeach()
+endif()
