@@ -82,7 +82,7 @@ TEST(Concurrency, EveryFunctionGivesItsSingleThreadResultFromFourThreads) {
     // threads race for it. Even rounds: all threads walk the table in step, so the same function
     // runs in four threads at once. Odd rounds: each thread starts a quarter of the table further
     // on, so different families overlap.
-    constexpr int kRounds = 4;
+    constexpr int kRounds = 8;
     std::mutex callerLock;
     std::vector<std::vector<uint64_t>> got(kThreads, std::vector<uint64_t>(kRounds * n));
     on_threads([&](int t) {
