@@ -11,28 +11,23 @@ inline void add_geometry(std::vector<Entry>& t) {
     t.insert(t.end(), {
         {"QelRotateImgByCCS", [](Call& c) {
              int* size = c.out<int>(2);
-             unsigned char* rotated = QelRotateImgByCCS(c.grey(), c.w, c.h, 27.5, &size[0], &size[1]);
+             unsigned char* rotated = QelRotateImgByCCS(c.grey(), c.w, c.h, c.pick(27.5, -400.0, 400.0), &size[0], &size[1]);
              c.adopt(rotated, size_t(size[0]) * size_t(size[1]));
          }},
         {"QelCopyRectFromRotateCCS", [](Call& c) {
-             QelCopyRectFromRotateCCS(c.grey(), c.w, c.h, c.w / 3, 2, 20.0, c.out(size_t(c.w / 2) * size_t(c.h / 2)),
-                                      c.w / 2, c.h / 2);
+             QelCopyRectFromRotateCCS(c.grey(), c.w, c.h, c.col(c.w / 3), c.row(2), c.pick(20.0, -400.0, 400.0), c.out(size_t(c.w / 2) * size_t(c.h / 2)), c.w / 2, c.h / 2);
          }},
         {"QelCopyRectFromRotateCCS/fill", [](Call& c) {
-             c.value(QelCopyRectFromRotateCCS(c.grey(), c.w, c.h, c.w / 2, c.h / 4, 35.0, 7,
-                                              c.out(size_t(c.w / 2) * size_t(c.h / 2)), c.w / 2, c.h / 2));
+             c.value(QelCopyRectFromRotateCCS(c.grey(), c.w, c.h, c.col(c.w / 2), c.row(c.h / 4), c.pick(35.0, -400.0, 400.0), c.level(7), c.out(size_t(c.w / 2) * size_t(c.h / 2)), c.w / 2, c.h / 2));
          }},
         {"QelRgbCopyRectFromRotateCCS", [](Call& c) {
-             QelRgbCopyRectFromRotateCCS(c.bgr(), c.w, c.h, c.w / 3, 2, 20.0,
-                                         c.out(size_t(c.w / 2) * size_t(c.h / 2) * 3), c.w / 2, c.h / 2);
+             QelRgbCopyRectFromRotateCCS(c.bgr(), c.w, c.h, c.col(c.w / 3), c.row(2), c.pick(20.0, -400.0, 400.0), c.out(size_t(c.w / 2) * size_t(c.h / 2) * 3), c.w / 2, c.h / 2);
          }},
         {"QelRgbCopyRectFromRotateCCS/fill", [](Call& c) {
-             c.value(QelRgbCopyRectFromRotateCCS(c.bgr(), c.w, c.h, c.w / 2, c.h / 4, -35.0, 9,
-                                                 c.out(size_t(c.w / 2) * size_t(c.h / 2) * 3), c.w / 2, c.h / 2));
+             c.value(QelRgbCopyRectFromRotateCCS(c.bgr(), c.w, c.h, c.col(c.w / 2), c.row(c.h / 4), c.pick(-35.0, -400.0, 400.0), c.level(9), c.out(size_t(c.w / 2) * size_t(c.h / 2) * 3), c.w / 2, c.h / 2));
          }},
         {"QelCopyRectFromRotateAndShiftFast", [](Call& c) {
-             QelCopyRectFromRotateAndShiftFast(c.grey(), c.w, c.h, c.w / 4, c.h / 4, 15.0, 100.0,
-                                               c.out(size_t(c.w / 2) * size_t(c.h / 2)), c.w / 2, c.h / 2);
+             QelCopyRectFromRotateAndShiftFast(c.grey(), c.w, c.h, c.col(c.w / 4), c.row(c.h / 4), c.pick(15.0, -400.0, 400.0), c.pick(100.0, -200.0, 200.0), c.out(size_t(c.w / 2) * size_t(c.h / 2)), c.w / 2, c.h / 2);
          }},
         {"QelImgRotate90DegreeCCS", [](Call& c) { QelImgRotate90DegreeCCS(c.bgr(), c.w, c.h, true, c.out_image(3)); }},
         {"QelImgRotate90DegreeCS", [](Call& c) { QelImgRotate90DegreeCS(c.grey(), c.w, c.h, false, c.out_image()); }},
@@ -43,9 +38,9 @@ inline void add_geometry(std::vector<Entry>& t) {
         {"QelFlipVertical", [](Call& c) { QelFlipVertical(c.bgr(), c.w, c.h, true, c.out_image(3)); }},
         {"QelFlipVertical/in place", [](Call& c) { QelFlipVertical(c.inout_grey(), c.w, c.h, false); }},
         {"QelReverseImg", [](Call& c) { QelReverseImg(c.grey(), c.w, c.h, c.out_image()); }},
-        {"QelImageShift", [](Call& c) { QelImageShift(c.bgr(), c.w, c.h, true, 3, -2, c.out_image(3)); }},
-        {"QelShiftXPerRowFast", [](Call& c) { QelShiftXPerRowFast(c.grey(), c.w, c.h, 0.21, c.out_image()); }},
-        {"QelShiftXPerRowFine", [](Call& c) { QelShiftXPerRowFine(c.grey(), c.w, c.h, -0.17, c.out_image()); }},
+        {"QelImageShift", [](Call& c) { QelImageShift(c.bgr(), c.w, c.h, true, c.pick(3, -c.w - 2, c.w + 2), c.pick(-2, -c.h - 2, c.h + 2), c.out_image(3)); }},
+        {"QelShiftXPerRowFast", [](Call& c) { QelShiftXPerRowFast(c.grey(), c.w, c.h, c.pick(0.21, -3.0, 3.0), c.out_image()); }},
+        {"QelShiftXPerRowFine", [](Call& c) { QelShiftXPerRowFine(c.grey(), c.w, c.h, c.pick(-0.17, -3.0, 3.0), c.out_image()); }},
         {"QelShiftImg2BasedImg1", [](Call& c) {
              unsigned char* a = c.grey();
              unsigned char* b = c.input<unsigned char>(size_t(c.area()));
@@ -56,14 +51,14 @@ inline void add_geometry(std::vector<Entry>& t) {
              rect.top = 0;
              rect.right = c.w - 1;
              rect.bottom = c.h - 1;
-             c.value(QelShiftImg2BasedImg1(a, b, c.out_image(), c.w, c.h, false, 3, 2, rect, &best[0], &best[1]));
+             c.value(QelShiftImg2BasedImg1(a, b, c.out_image(), c.w, c.h, false, c.pick(3, -2, c.w + 2), c.pick(2, -2, c.h + 2), rect, &best[0], &best[1]));
          }},
         {"QelPasteGryImg2ResImg",
-         [](Call& c) { QelPasteGryImg2ResImg(c.binary(), c.w, c.h, c.inout_grey(), c.w, c.h, c.w / 2, -3); }},
+         [](Call& c) { QelPasteGryImg2ResImg(c.binary(), c.w, c.h, c.inout_grey(), c.w, c.h, c.pick(c.w / 2, -c.w - 2, c.w + 2), c.pick(-3, -c.h - 2, c.h + 2)); }},
         {"QelPasteGryImg2RGBImg",
-         [](Call& c) { QelPasteGryImg2RGBImg(c.binary(), c.w, c.h, c.inout_bgr(), c.w, c.h, -4, c.h / 3); }},
+         [](Call& c) { QelPasteGryImg2RGBImg(c.binary(), c.w, c.h, c.inout_bgr(), c.w, c.h, c.pick(-4, -c.w - 2, c.w + 2), c.pick(c.h / 3, -c.h - 2, c.h + 2)); }},
         {"QelPasteRGBImg2ResImg",
-         [](Call& c) { QelPasteRGBImg2ResImg(c.bgr(), c.w, c.h, c.inout_bgr(1), c.w, c.h, 5, 6); }},
+         [](Call& c) { QelPasteRGBImg2ResImg(c.bgr(), c.w, c.h, c.inout_bgr(1), c.w, c.h, c.pick(5, -c.w - 2, c.w + 2), c.pick(6, -c.h - 2, c.h + 2)); }},
         {"QelGryImgBilinearInterpolattionFast", [](Call& c) {
              QelGryImgBilinearInterpolattionFast(c.grey(), c.w, c.h, c.out(size_t(c.w * 3 / 2) * size_t(c.h / 2)),
                                                  c.w * 3 / 2, c.h / 2);
@@ -113,13 +108,11 @@ inline void add_geometry(std::vector<Entry>& t) {
          }},
         {"QelGryImgPrjXY",
          [](Call& c) { QelGryImgPrjXY(c.grey(), c.w, c.h, c.out<int>(size_t(c.w)), c.out<int>(size_t(c.h))); }},
-        {"QelGryImgPrjXYInRect", [](Call& c) {
-             QelGryImgPrjXYInRect(c.grey(), c.w, c.h, 2, c.w - 3, 1, c.h - 2, c.out<int>(size_t(c.w)),
-                                  c.out<int>(size_t(c.h)));
+        {"QelGryImgPrjXYInRect", [](Call& c) { const Rect rc = c.inside({2, c.w - 3, 1, c.h - 2});
+             QelGryImgPrjXYInRect(c.grey(), c.w, c.h, rc.x1, rc.x2, rc.y1, rc.y2, c.out<int>(size_t(c.w)), c.out<int>(size_t(c.h)));
          }},
-        {"QelBinImgPrjXYInRect", [](Call& c) {
-             QelBinImgPrjXYInRect(c.binary(), c.w, c.h, 1, c.w - 1, 0, c.h - 3, c.out<int>(size_t(c.w)),
-                                  c.out<int>(size_t(c.h)));
+        {"QelBinImgPrjXYInRect", [](Call& c) { const Rect rc = c.inside({1, c.w - 1, 0, c.h - 3});
+             QelBinImgPrjXYInRect(c.binary(), c.w, c.h, rc.x1, rc.x2, rc.y1, rc.y2, c.out<int>(size_t(c.w)), c.out<int>(size_t(c.h)));
          }},
         {"QelRGBImgPrj2X", [](Call& c) {
              QelRGBImgPrj2X(c.bgr(), c.w, c.h, c.out<int>(size_t(c.w)), c.out<int>(size_t(c.w)), c.out<int>(size_t(c.w)));
