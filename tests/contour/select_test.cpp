@@ -150,6 +150,15 @@ TEST(MarkMaxAreaHole, DrawsTheLargestHoleAndKeepsTheMarks) {
     EXPECT_EQ(std::count(band.px.begin(), band.px.end(), 100), 0);
 }
 
+TEST(MarkMaxAreaHole, OfTwoEqualHolesTheFirstFoundIsDrawn) {
+    Image img(12, 10, 255);
+    img.box(2, 3, 2, 3, 0).box(7, 8, 6, 7, 0);  // two 2 x 2 holes
+    Bytes work(img.size() * 4);
+    EXPECT_EQ(QelMarkMaxAreaHoleContour(img.data(), work.data(), 12, 10, 100), 4);
+    EXPECT_EQ(img.at(1, 2), 100);  // left of the upper hole, which the scan reaches first
+    EXPECT_NE(img.at(6, 6), 100);
+}
+
 // Objects touching every edge, in images down to 1 x 1: every scan stays inside the image (the
 // sanitizer builds check it) and hands back a binary image with a zero frame.
 TEST(RegionScans, ObjectsOnTheFrameAreSafeAtEverySize) {

@@ -77,9 +77,11 @@ TEST(GetContours, SquareWithHoleGivesOuterThenHoleAndRestoresTheImage) {
     EXPECT_EQ(list[1].chain, (Chain{1, 0, 7, 5, 4, 3}));
     EXPECT_EQ(img.px, original.px) << "marks binarised away";
 
-    // mode, minimum area, minimum length (the hole has 6 codes)
+    // mode, minimum area, minimum length (the hole has 6 codes; the outer 16 codes, perimeter 16,
+    // area 25): each minimum keeps a contour that reaches it exactly
     for (auto [minLength, minArea, mode, kept] : std::vector<std::tuple<int, int, int, size_t>>{
-             {0, 0, 1, 1}, {0, 0, 2, 1}, {0, 26, 0, 0}, {7, 0, 0, 1}, {6, 0, 0, 2}}) {
+             {0, 0, 1, 1}, {0, 0, 2, 1}, {0, 26, 0, 0}, {0, 25, 0, 1}, {7, 0, 0, 1}, {6, 0, 0, 2}, {16, 0, 0, 1},
+             {17, 0, 0, 0}}) {
         img = original;
         EXPECT_EQ(contour_test::get_contours(img, minLength, minArea, mode).size(), kept) << mode << minArea << minLength;
     }
