@@ -28,30 +28,44 @@ endif()
 
 # Windows has no library search path to rely on: the archive carries the compiler's run-time DLLs
 # (and any other non-system DLL the library or the tool was linked against) beside them. The list is
-# read from the built programs' import tables at install time; DLLs that are not found in the
-# cross toolchain's directories are taken to be Windows' own.
+# read from the built programs' import tables at install time and looked up in the cross
+# toolchain's directories and QEL_PACKAGE_DLL_DIRS; a DLL found in none of them that is not one of
+# Windows' own stops the install.
 if(WIN32 AND CMAKE_CROSSCOMPILING AND BUILD_SHARED_LIBS)
-  string(REGEX REPLACE "g\\+\\+(-posix|-win32)?$" "objdump" qelObjdump "${CMAKE_CXX_COMPILER}")
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-libgcc-file-name
                   OUTPUT_VARIABLE qelLibgcc OUTPUT_STRIP_TRAILING_WHITESPACE)
   get_filename_component(qelGccDir "${qelLibgcc}" DIRECTORY)
-  set(qelDllDirs ${qelGccDir})
+  set(QEL_PACKAGE_DLL_DIRS "" CACHE STRING "More directories holding DLLs the Windows archive must carry")
+  set(qelDllDirs ${qelGccDir} ${QEL_PACKAGE_DLL_DIRS})
   foreach(root IN LISTS CMAKE_FIND_ROOT_PATH)
     list(APPEND qelDllDirs ${root}/bin ${root}/lib)
   endforeach()
-  set(qelPrograms $<TARGET_FILE:qel>)
+  set(qelExecutables)
   if(TARGET qel_tool)
-    list(APPEND qelPrograms $<TARGET_FILE:qel_tool>)
+    set(qelExecutables $<TARGET_FILE:qel_tool>)
   endif()
   install(CODE "
     set(CMAKE_GET_RUNTIME_DEPENDENCIES_PLATFORM windows+pe)
     set(CMAKE_GET_RUNTIME_DEPENDENCIES_TOOL objdump)
-    set(CMAKE_GET_RUNTIME_DEPENDENCIES_COMMAND \"${qelObjdump}\")
-    file(GET_RUNTIME_DEPENDENCIES LIBRARIES \"${qelPrograms}\"
+    set(CMAKE_GET_RUNTIME_DEPENDENCIES_COMMAND \"${CMAKE_OBJDUMP}\")
+    set(qelExecutables \"${qelExecutables}\")
+    set(qelDllDirs \"${qelDllDirs}\")
+    file(GET_RUNTIME_DEPENDENCIES LIBRARIES \"$<TARGET_FILE:qel>\" EXECUTABLES \${qelExecutables}
+         DIRECTORIES \${qelDllDirs}
          RESOLVED_DEPENDENCIES_VAR qelDlls UNRESOLVED_DEPENDENCIES_VAR qelSystemDlls
-         DIRECTORIES \"${qelDllDirs}\"
          PRE_EXCLUDE_REGEXES \"^(lib)?qel\\\\.dll$\" \"^api-ms-\" \"^ext-ms-\")
+    list(FILTER qelSystemDlls EXCLUDE REGEX
+         \"^(kernel32|user32|gdi32|advapi32|shell32|ole32|oleaut32|ws2_32|msvcrt|ucrtbase|ntdll|bcrypt|crypt32|shlwapi|version|winmm|dbghelp|psapi)[.]dll$\")
+    if(qelSystemDlls)
+      message(FATAL_ERROR \"DLLs needed by the Windows programs, found in none of \${qelDllDirs}: \"
+                          \"\${qelSystemDlls} (add their directory to QEL_PACKAGE_DLL_DIRS)\")
+    endif()
     file(INSTALL \${qelDlls} DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
+    # The toolchain's DLLs carry their debugging sections (libstdc++-6.dll is 23 MB with them).
+    foreach(dll IN LISTS qelDlls)
+      get_filename_component(name \"\${dll}\" NAME)
+      execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-debug \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/\${name}\")
+    endforeach()
   ")
 endif()
 
@@ -103,6 +117,6 @@ endif()
 
 # `make package_source`: the tracked sources, not build trees or version-control data.
 set(CPACK_SOURCE_GENERATOR TGZ)
-set(CPACK_SOURCE_IGNORE_FILES "/\\.git/" "/build/" "/__pycache__/" "\\.pyc$")
+set(CPACK_SOURCE_IGNORE_FILES "/[.]git/" "/build/" "/__pycache__/" "[.]pyc$")
 
 include(CPack)
