@@ -221,98 +221,190 @@ int camera_blocks_420(const unsigned char* const bgrRows[2],
 #ifdef QEL_SIMD_AVX2
 namespace avx2 = qel::avx2;
 
-// Grey of 32-pixel blocks with AVX2. Each 128-bit lane takes four pixels (12 bytes of a 16-byte
-// load): a byte shuffle forms the 16-bit pairs (B, G) and (R, 0) of each pixel, and two
-// multiply-adds give the scalar formula's sum in 32 bits. A block's last load reads 4 bytes past
-// it, so the blocks stop two pixels short of the end. Returns how many pixels it did.
-QEL_TARGET_AVX2 size_t grey_blocks_avx2(const unsigned char* rgb, size_t count, unsigned char* grey) {
+// The 16-bit pairs (B, G) and (R, 0) of 8 packed pixels at p as 32-bit lanes, lane 0 pixels 0-3
+// and lane 1 pixels 4-7 (12 bytes of a 16-byte load each): multiply-adds of the two with weight
+// pairs give any of the scalar weighted sums exactly in 32 bits. Reads 28 bytes.
+QEL_TARGET_AVX2 inline void bgr_pairs8(const unsigned char* p, __m256i& bg, __m256i& r) {
     const __m256i blueGreen = _mm256_setr_epi8(0, -1, 1, -1, 3, -1, 4, -1, 6, -1, 7, -1, 9, -1, 10, -1,  //
                                                0, -1, 1, -1, 3, -1, 4, -1, 6, -1, 7, -1, 9, -1, 10, -1);
     const __m256i red = _mm256_setr_epi8(2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1,  //
                                          2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1);
+    const __m256i v = _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))),
+                                              _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 12)), 1);
+    bg = _mm256_shuffle_epi8(v, blueGreen);
+    r = _mm256_shuffle_epi8(v, red);
+}
+
+// (bg·wBG + r·wR) >> shift in 32-bit lanes.
+QEL_TARGET_AVX2 inline __m256i weighted_sum(__m256i bg, __m256i r, __m256i wBG, __m256i wR, int shift) {
+    return _mm256_srai_epi32(_mm256_add_epi32(_mm256_madd_epi16(bg, wBG), _mm256_madd_epi16(r, wR)), shift);
+}
+
+// 32 bytes from four registers of 32-bit values 0..255 whose lanes hold pixels 8k + 4j .. (register
+// k, lane j), in pixel order: the packs leave dword d holding pixels 8(d % 4) + 4(d / 4) ...
+QEL_TARGET_AVX2 inline __m256i bytes_in_order(const __m256i v[4]) {
+    const __m256i bytes = _mm256_packus_epi16(_mm256_packs_epi32(v[0], v[1]), _mm256_packs_epi32(v[2], v[3]));
+    return _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
+}
+
+// Grey of 32-pixel blocks with AVX2, 8 pixels a register (bgr_pairs8). A block's last load reads
+// 4 bytes past it, so the blocks stop two pixels short of the end. Returns how many pixels it did.
+QEL_TARGET_AVX2 size_t grey_blocks_avx2(const unsigned char* rgb, size_t count, unsigned char* grey) {
     const __m256i wBlueGreen = avx2::weight_pair(qel::kGreyWeightBlue, qel::kGreyWeightGreen);
     const __m256i wRed = avx2::weight_pair(qel::kGreyWeightRed, 0);
-    // Lane j of sums[k] holds pixels 8k + 4j .. 8k + 4j + 3.
-    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
     size_t i = 0;
     for (; i + kBlock + 2 <= count; i += kBlock) {
         __m256i sums[4];
         for (int k = 0; k < 4; ++k) {
-            const unsigned char* p = rgb + 3 * (i + 8 * k);
-            const __m256i v = _mm256_inserti128_si256(
-                _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))),
-                _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 12)), 1);
-            sums[k] = _mm256_srai_epi32(_mm256_add_epi32(_mm256_madd_epi16(_mm256_shuffle_epi8(v, blueGreen), wBlueGreen),
-                                                         _mm256_madd_epi16(_mm256_shuffle_epi8(v, red), wRed)),
-                                        qel::kGreyShift);
+            __m256i bg;
+            __m256i r;
+            bgr_pairs8(rgb + 3 * (i + 8 * k), bg, r);
+            sums[k] = weighted_sum(bg, r, wBlueGreen, wRed, qel::kGreyShift);
         }
-        // Dword d of the packed bytes holds pixels 8(d % 4) + 4(d / 4) ..: put them in order.
-        const __m256i bytes = _mm256_packus_epi16(_mm256_packs_epi32(sums[0], sums[1]), _mm256_packs_epi32(sums[2], sums[3]));
-        avx2::store(grey + i, _mm256_permutevar8x32_epi32(bytes, order));
+        avx2::store(grey + i, bytes_in_order(sums));
     }
     return i;
 }
 
-// Y, U and V of 16 pixels from x as 16-bit lanes (lane 0: pixels x .. x + 7, lane 1: the next
-// eight), U and V repeated for the two pixels of each pair. Planar chroma first.
-QEL_TARGET_AVX2 inline __m256i widen_pairs8(__m128i eight) { return _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(eight, eight)); }
+// Y, and the chroma of each 2 × 2 block, of 32-pixel blocks of two rows of a 4:2:0 frame with a
+// luma plane (camera_blocks_420 with AVX2); returns how many pixels of each row it did. Like the
+// grey blocks, they stop two pixels short of the row's end.
+template <int ChromaStep>
+QEL_TARGET_AVX2 int camera_blocks_420_avx2(const unsigned char* const bgrRows[2],
+                                           const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2], int width) {
+    const __m256i wLumaBG = avx2::weight_pair(qel::kLumaWeightBlue, qel::kLumaWeightGreen);
+    const __m256i wLumaR = avx2::weight_pair(qel::kLumaWeightRed, 0);
+    const __m256i wUBG = avx2::weight_pair(qel::kUWeightBlue, -qel::kUWeightGreen);
+    const __m256i wUR = avx2::weight_pair(-qel::kUWeightRed, 0);
+    const __m256i wVBG = avx2::weight_pair(-qel::kVWeightBlue, -qel::kVWeightGreen);
+    const __m256i wVR = avx2::weight_pair(qel::kVWeightRed, 0);
+    // Four offsets of 128, one per pixel of a block, added before the shift by 2.
+    const __m256i offsets = _mm256_set1_epi32(4 * qel::kChromaOffset);
+    // Words (pairs of chroma bytes) 0, 4, 1, 5, 2, 6, 3, 7 of each lane: see below.
+    const __m256i words = _mm256_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15,  //
+                                           0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15);
+    int x = 0;
+    for (; x + kBlock + 2 <= width; x += kBlock) {
+        __m256i uSum[4];  // per register k of 8 pixels, both rows
+        __m256i vSum[4];
+        for (int r = 0; r < 2; ++r) {
+            __m256i luma[4];
+            for (int k = 0; k < 4; ++k) {
+                __m256i bg;
+                __m256i red;
+                bgr_pairs8(bgrRows[r] + 3 * (x + 8 * k), bg, red);
+                luma[k] = weighted_sum(bg, red, wLumaBG, wLumaR, qel::kYuvShift);
+                const __m256i u = weighted_sum(bg, red, wUBG, wUR, qel::kYuvShift);
+                const __m256i v = weighted_sum(bg, red, wVBG, wVR, qel::kYuvShift);
+                uSum[k] = r == 0 ? u : _mm256_add_epi32(uSum[k], u);
+                vSum[k] = r == 0 ? v : _mm256_add_epi32(vSum[k], v);
+            }
+            avx2::store(rows[r].luma + x, bytes_in_order(luma));
+        }
+        // Horizontal pair sums: lane j of hadd(k, k + 1) holds blocks 4k + 2j, +1 and 4k + 4 + 2j, +1.
+        __m256i means[2][2];
+        for (int k = 0; k < 2; ++k) {
+            means[0][k] = _mm256_srai_epi32(_mm256_add_epi32(_mm256_hadd_epi32(uSum[2 * k], uSum[2 * k + 1]), offsets), 2);
+            means[1][k] = _mm256_srai_epi32(_mm256_add_epi32(_mm256_hadd_epi32(vSum[2 * k], vSum[2 * k + 1]), offsets), 2);
+        }
+        const __m256i u16 = _mm256_packs_epi32(means[0][0], means[0][1]);
+        const __m256i v16 = _mm256_packs_epi32(means[1][0], means[1][1]);
+        // Lane 0 holds the U block pairs (0, 1), (4, 5), (8, 9), (12, 13) then the same of V as
+        // 16-bit words; lane 1 the pairs (2, 3), (6, 7), ...: gather U into lane 0 and V into lane
+        // 1, then put the words in order.
+        const __m256i uv = _mm256_shuffle_epi8(_mm256_permute4x64_epi64(_mm256_packus_epi16(u16, v16), 0xD8), words);
+        const __m128i u = _mm256_castsi256_si128(uv);
+        const __m128i v = _mm256_extracti128_si256(uv, 1);
+        if constexpr (ChromaStep == 1) {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cb + x / 2), u);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cr + x / 2), v);
+        } else {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cb + x), _mm_unpacklo_epi8(u, v));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cb + x + 16), _mm_unpackhi_epi8(u, v));
+        }
+    }
+    return x;
+}
 
+// Y and the U, V of 32 pixels from x as 16-bit lanes in two halves: lo holds pixels 0-7 (lane 0)
+// and 16-23 (lane 1), hi pixels 8-15 and 24-31, the order in which the byte pack of lo and hi puts
+// the 32 pixels back in a row. U and V are repeated for the two pixels of each pair.
+struct Yuv32 {
+    __m256i y[2];  // lo, hi
+    __m256i u[2];
+    __m256i v[2];
+};
+
+// Planar chroma: 16 U and 16 V bytes serve 32 pixels.
 template <class Byte>
-QEL_TARGET_AVX2 inline void yuv16(const qel::CameraRow<Byte, 1, 1>& row, int x, __m256i& y, __m256i& u, __m256i& v) {
-    y = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.luma + x)));
-    u = widen_pairs8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row.cb + x / 2)));
-    v = widen_pairs8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row.cr + x / 2)));
-}
-
-// Interleaved U, V pairs: 16 bytes serve 16 pixels.
-template <class Byte>
-QEL_TARGET_AVX2 inline void yuv16(const qel::CameraRow<Byte, 1, 2>& row, int x, __m256i& y, __m256i& u, __m256i& v) {
-    y = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.luma + x)));
-    const __m128i uv = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cb + x));
-    u = _mm256_cvtepu8_epi16(_mm_shuffle_epi8(uv, _mm_setr_epi8(0, 0, 2, 2, 4, 4, 6, 6, 8, 8, 10, 10, 12, 12, 14, 14)));
-    v = _mm256_cvtepu8_epi16(_mm_shuffle_epi8(uv, _mm_setr_epi8(1, 1, 3, 3, 5, 5, 7, 7, 9, 9, 11, 11, 13, 13, 15, 15)));
-}
-
-// Packed pairs (Cb, Y, Cr, Y): 32 bytes serve 16 pixels, eight in each lane.
-template <class Byte>
-QEL_TARGET_AVX2 inline void yuv16(const qel::CameraRow<Byte, 2, 4>& row, int x, __m256i& y, __m256i& u, __m256i& v) {
-    const __m256i p = avx2::load(row.cb + 2 * x);
-    y = _mm256_shuffle_epi8(p, _mm256_setr_epi8(1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1,  //
-                                                1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1));
-    u = _mm256_shuffle_epi8(p, _mm256_setr_epi8(0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1,  //
-                                                0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1));
-    v = _mm256_shuffle_epi8(p, _mm256_setr_epi8(2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1,  //
-                                                2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1));
-}
-
-// (sums >> kYuvShift) of the multiply-adds of the 16-bit lane pairs (lo, hi) with w, as 16 lanes.
-QEL_TARGET_AVX2 inline __m256i shifted_pairs(__m256i lo, __m256i hi, __m256i w, __m256i extraLo, __m256i extraHi) {
-    return _mm256_packs_epi32(
-        _mm256_srai_epi32(_mm256_add_epi32(_mm256_madd_epi16(lo, w), extraLo), qel::kYuvShift),
-        _mm256_srai_epi32(_mm256_add_epi32(_mm256_madd_epi16(hi, w), extraHi), qel::kYuvShift));
-}
-
-// B, G, R of 16 pixels as 16-bit lanes, the formulas of bgr8.
-template <class Row>
-QEL_TARGET_AVX2 inline void bgr16(const Row& row, int x, __m256i& b, __m256i& g, __m256i& r) {
-    const __m256i offset = _mm256_set1_epi16(qel::kChromaOffset);
+QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 1, 1>& row, int x) {
     const __m256i zero = _mm256_setzero_si256();
-    __m256i y;
-    __m256i cu;
-    __m256i cv;
-    yuv16(row, x, y, cu, cv);
-    cu = _mm256_sub_epi16(cu, offset);
-    cv = _mm256_sub_epi16(cv, offset);
-    const __m256i yuLo = _mm256_unpacklo_epi16(y, cu);
-    const __m256i yuHi = _mm256_unpackhi_epi16(y, cu);
-    const __m256i yvLo = _mm256_unpacklo_epi16(y, cv);
-    const __m256i yvHi = _mm256_unpackhi_epi16(y, cv);
-    const __m256i wGreenV = avx2::weight_pair(-qel::kGreenFromV, 0);
-    b = shifted_pairs(yuLo, yuHi, avx2::weight_pair(qel::kYuvOne, qel::kBlueFromU), zero, zero);
-    g = shifted_pairs(yuLo, yuHi, avx2::weight_pair(qel::kYuvOne, -qel::kGreenFromU),
-                      _mm256_madd_epi16(_mm256_unpacklo_epi16(cv, zero), wGreenV),
-                      _mm256_madd_epi16(_mm256_unpackhi_epi16(cv, zero), wGreenV));
-    r = shifted_pairs(yvLo, yvHi, avx2::weight_pair(qel::kYuvOne, qel::kRedFromV), zero, zero);
+    const __m256i y = avx2::load(row.luma + x);
+    const __m256i u = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cb + x / 2)));
+    const __m256i v = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cr + x / 2)));
+    return {{_mm256_unpacklo_epi8(y, zero), _mm256_unpackhi_epi8(y, zero)},
+            {_mm256_unpacklo_epi16(u, u), _mm256_unpackhi_epi16(u, u)},
+            {_mm256_unpacklo_epi16(v, v), _mm256_unpackhi_epi16(v, v)}};
+}
+
+// The byte shuffle that takes bytes first, first, first + 2, first + 2, .. first + 6 of each lane
+// as 16-bit lanes.
+QEL_TARGET_AVX2 inline __m256i pick(char first) {
+    const char a = first;
+    const char b = static_cast<char>(first + 2);
+    const char c = static_cast<char>(first + 4);
+    const char d = static_cast<char>(first + 6);
+    return _mm256_setr_epi8(a, -1, a, -1, b, -1, b, -1, c, -1, c, -1, d, -1, d, -1,  //
+                            a, -1, a, -1, b, -1, b, -1, c, -1, c, -1, d, -1, d, -1);
+}
+
+// Interleaved U, V pairs: 32 bytes serve 32 pixels (lane 0 pairs 0-7, lane 1 pairs 8-15).
+template <class Byte>
+QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 1, 2>& row, int x) {
+    const __m256i zero = _mm256_setzero_si256();
+    const __m256i y = avx2::load(row.luma + x);
+    const __m256i uv = avx2::load(row.cb + x);
+    return {{_mm256_unpacklo_epi8(y, zero), _mm256_unpackhi_epi8(y, zero)},
+            {_mm256_shuffle_epi8(uv, pick(0)), _mm256_shuffle_epi8(uv, pick(8))},
+            {_mm256_shuffle_epi8(uv, pick(1)), _mm256_shuffle_epi8(uv, pick(9))}};
+}
+
+// Packed pairs (Cb, Y, Cr, Y): 64 bytes serve 32 pixels; lanes of pixels 0-7 and 16-23 (and 8-15
+// and 24-31) are brought together, then each sample is picked from its byte.
+template <class Byte>
+QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 2, 4>& row, int x) {
+    const __m256i p0 = avx2::load(row.cb + 2 * x);
+    const __m256i p1 = avx2::load(row.cb + 2 * x + avx2::kLanes);
+    const __m256i halves[2] = {_mm256_permute2x128_si256(p0, p1, 0x20), _mm256_permute2x128_si256(p0, p1, 0x31)};
+    const __m256i luma = _mm256_setr_epi8(1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1,  //
+                                          1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1);
+    const __m256i cb = _mm256_setr_epi8(0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1,  //
+                                        0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1);
+    const __m256i cr = _mm256_setr_epi8(2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1,  //
+                                        2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1);
+    Yuv32 out;
+    for (int h = 0; h < 2; ++h) {
+        out.y[h] = _mm256_shuffle_epi8(halves[h], luma);
+        out.u[h] = _mm256_shuffle_epi8(halves[h], cb);
+        out.v[h] = _mm256_shuffle_epi8(halves[h], cr);
+    }
+    return out;
+}
+
+// B, G, R of 16 pixels (16-bit lanes, not yet clamped) from Y, U, V. Y·16384 is a whole multiple
+// of 2^14, so (Y·16384 + t) >> 14 = Y + (t >> 14) exactly; for a single chroma product
+// (c·w) >> 14 = (4c·w) >> 16, the high half of a 16-bit product (4c and w fit 16 bits). Green's
+// two products are summed in 32 bits first. The byte pack then clamps to 0..255.
+QEL_TARGET_AVX2 inline void bgr16(__m256i y, __m256i u, __m256i v, __m256i& b, __m256i& g, __m256i& r) {
+    const __m256i offset = _mm256_set1_epi16(qel::kChromaOffset);
+    const __m256i cu = _mm256_sub_epi16(u, offset);
+    const __m256i cv = _mm256_sub_epi16(v, offset);
+    const __m256i wGreen = avx2::weight_pair(-qel::kGreenFromU, -qel::kGreenFromV);
+    b = _mm256_add_epi16(y, _mm256_mulhi_epi16(_mm256_slli_epi16(cu, 2), _mm256_set1_epi16(qel::kBlueFromU)));
+    r = _mm256_add_epi16(y, _mm256_mulhi_epi16(_mm256_slli_epi16(cv, 2), _mm256_set1_epi16(qel::kRedFromV)));
+    const __m256i gLo = _mm256_srai_epi32(_mm256_madd_epi16(_mm256_unpacklo_epi16(cu, cv), wGreen), qel::kYuvShift);
+    const __m256i gHi = _mm256_srai_epi32(_mm256_madd_epi16(_mm256_unpackhi_epi16(cu, cv), wGreen), qel::kYuvShift);
+    g = _mm256_add_epi16(y, _mm256_packs_epi32(gLo, gHi));
 }
 
 // B, G, R of the whole 32-pixel blocks of a row with AVX2; returns how many pixels it did. The
@@ -332,15 +424,13 @@ QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rg
         for (int c = 0; c < 3; ++c) shuffle[j][c] = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks[j][c])));
     int x = 0;
     for (; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
+        const Yuv32 s = load_yuv32(row, x);
         __m256i b[2];
         __m256i g[2];
         __m256i r[2];
-        bgr16(row, x, b[0], g[0], r[0]);
-        bgr16(row, x + 16, b[1], g[1], r[1]);
-        // packus leaves pixels 0-7, 16-23 in lane 0 and 8-15, 24-31 in lane 1: swap the middle quarters.
-        const __m256i planes[3] = {_mm256_permute4x64_epi64(_mm256_packus_epi16(b[0], b[1]), 0xD8),
-                                   _mm256_permute4x64_epi64(_mm256_packus_epi16(g[0], g[1]), 0xD8),
-                                   _mm256_permute4x64_epi64(_mm256_packus_epi16(r[0], r[1]), 0xD8)};
+        for (int h = 0; h < 2; ++h) bgr16(s.y[h], s.u[h], s.v[h], b[h], g[h], r[h]);
+        const __m256i planes[3] = {_mm256_packus_epi16(b[0], b[1]), _mm256_packus_epi16(g[0], g[1]),
+                                   _mm256_packus_epi16(r[0], r[1])};
         __m256i out[3];
         for (int j = 0; j < 3; ++j)
             out[j] = _mm256_or_si256(_mm256_or_si256(_mm256_shuffle_epi8(planes[0], shuffle[j][0]),
@@ -352,6 +442,18 @@ QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rg
         avx2::store(rgb + 64, _mm256_permute2x128_si256(out[1], out[2], 0x31));
     }
     return x;
+}
+#endif
+
+#ifdef QEL_SIMD_SSE2
+// The pixels of each row that camera_blocks_420 (or its AVX2 form) did; 0 with the plain loops.
+template <int ChromaStep>
+int fast_blocks_420(const unsigned char* const bgrRows[2], const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2],
+                    int width) {
+#ifdef QEL_SIMD_AVX2
+    if (qel::simd::avx2()) return camera_blocks_420_avx2(bgrRows, rows, width);
+#endif
+    return qel::simd::sse2() ? camera_blocks_420(bgrRows, rows, width) : 0;
 }
 #endif
 
@@ -405,7 +507,7 @@ void bgr_to_camera(const unsigned char* rgb, int width, int height, unsigned cha
         int first = 0;
 #ifdef QEL_SIMD_SSE2
         if constexpr (rowsPerChroma == 2 && Row::kLumaStep == 1)
-            if (qel::simd::sse2()) first = camera_blocks_420(rgbRows, rows, width) / 2;
+            first = fast_blocks_420(rgbRows, rows, width) / 2;
 #endif
         for (int i = first; i < pairs; ++i) {
             int uSum = 0;
