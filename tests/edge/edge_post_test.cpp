@@ -212,19 +212,20 @@ TEST(ExtractTwoEdgePointPerCol, FirstAndSecondStrongestRowsApartByTheGap) {
 }
 
 TEST(ExtractEdgePointInRect, StrongestAndStrongestBeyondTenPerRowAndColumn) {
-    const int w = 45, h = 5;
+    const int w = 45, h = 6;
     Image grd(w * h, 0);
     const int peaks[][3] = {{0, 5, 100}, {0, 12, 90}, {0, 30, 95},   // row 0: 5, then 30 beyond 5 ± 10
                             {1, 20, 100}, {1, 25, 99}, {1, 40, 50},  // row 1: 20, then 40
                             {2, 8, 70}, {2, 30, 70}, {2, 40, 70},    // row 2: ties, b from the right
                             {3, 30, 70}, {3, 8, 60},                 // row 3: the second lies left
-                            {4, 8, 70}, {4, 17, 60}};               // row 4: nothing beyond ± 10
+                            {4, 8, 70}, {4, 17, 60},                 // row 4: nothing beyond ± 10
+                            {5, 30, 80}, {5, 20, 75}, {5, 40, 70}, {5, 19, 50}};  // row 5: 10 away is near, 11 not
     for (auto& p : peaks) grd[p[0] * w + p[1]] = static_cast<unsigned char>(p[2]);
     std::vector<int> rf(h, -9), rs(h, -9), cf(w, -9), cs(w, -9);
     QelExtractEdgePointInRect(grd.data(), w, 0, 0, w - 1, h - 1, rf.data(), rs.data(), cf.data(), cs.data());
-    EXPECT_EQ(rf, std::vector<int>({5, 20, 8, 8, 8}));
-    EXPECT_EQ(rs, std::vector<int>({30, 40, 40, 30, 8}));
-    // Columns: 30 holds rows 0 (95), 2 and 3 (70), all within ±10 rows of 0; column 1 is empty.
+    EXPECT_EQ(rf, std::vector<int>({5, 20, 8, 8, 8, 19}));
+    EXPECT_EQ(rs, std::vector<int>({30, 40, 40, 30, 8, 30}));
+    // Columns: 30 holds rows 0 (95), 2, 3 (70) and 5 (80), all within ±10 rows of 0; column 1 is empty.
     EXPECT_EQ(std::make_pair(cf[30], cs[30]), std::make_pair(0, 0));
     EXPECT_EQ(std::make_pair(cf[1], cs[1]), std::make_pair(-1, -1));
 }
