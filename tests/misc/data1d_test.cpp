@@ -90,6 +90,14 @@ TEST(Data1D, MovingWindowMaxima) {
         EXPECT_FALSE(QelDataMaxDifAndPosInMovingWindow(r.data(), c[0], c[1], &best, &pos));
         EXPECT_EQ(best + pos, 0.0);
     }
+    // A window exactly as long as the data is the one window.
+    EXPECT_TRUE(QelDataMaxAvrAndPosInMovingWindow(comb.data(), 5, 5, &best, &pos));
+    EXPECT_EQ(std::make_pair(best, pos), std::make_pair(3.0, 2));
+    Reals pair = {0, 2};
+    EXPECT_TRUE(QelDataMaxDevAndPosInMovingWindow(pair.data(), 2, 2, &best, &pos));
+    EXPECT_EQ(std::make_pair(best, pos), std::make_pair(1.0, 1));
+    EXPECT_TRUE(QelDataMaxDifAndPosInMovingWindow(r.data(), 6, 6, &best, &pos));
+    EXPECT_EQ(std::make_pair(best, pos), std::make_pair(7.0, 3));
 }
 
 // Resamples in, held in a buffer of exactly its size (the sanitizer build catches a read past it),
