@@ -140,6 +140,33 @@ TEST(SplitMerge, IslandsInRings) {
               std::vector<int>({0, rect_area(34, 34), rect_area(20, 20)}));
 }
 
+TEST(SplitMerge, LimitsMetExactly) {
+    // A 10 × 10 square (area 99) is kept with minArea 99 and not with 100.
+    for (int minArea : {99, 100}) {
+        Image img = with_boxes(30, 30, 200, {{5, 14, 5, 14, 50}});
+        EXPECT_EQ(segment(img, minArea, 0, 0.5).size(), minArea == 99 ? 1u : 0u) << minArea;
+    }
+    // With minArea 0 a contour needs more than 0 codes: a lone pixel (area 0, no codes) is no region.
+    Image img = with_boxes(30, 30, 200, {{5, 14, 5, 14, 50}, {20, 20, 20, 20, 50}});
+    const auto r = segment(img, 0, 0, 0.5);
+    ASSERT_EQ(r.size(), 1u);
+    EXPECT_EQ(r[0].area, rect_area(10, 10));
+}
+
+TEST(SplitMerge, AnEnclosingRegionOfIdOneCounts) {
+    // The rings-and-islands case with A alone at the first level (id 0): five frame pixels one level
+    // below A start the sweep there, so ring and island are found at the very next level, as ids 1
+    // and 2, the island enclosed by region 1.
+    Image img = with_boxes(40, 40, 255, {{3, 36, 3, 36, 150}, {8, 27, 8, 27, 149}, {12, 23, 12, 23, 150},
+                                         {16, 19, 16, 19, 149}, {0, 4, 0, 0, 151}});
+    const auto r = segment(img, 9, 0, 0.0);
+    ASSERT_EQ(r.size(), 2u);
+    EXPECT_EQ(std::vector<int>({r[0].x, r[0].area, r[0].parentId, r[0].enclosingId}),
+              std::vector<int>({16, rect_area(4, 4), 0, 1}));
+    EXPECT_EQ(std::vector<int>({r[1].id, r[1].area, r[1].childArea}),
+              std::vector<int>({0, rect_area(34, 34), rect_area(20, 20)}));
+}
+
 TEST(SplitMerge, NewRegionsAdoptSmallerOnesWhoseParentDoesNotHoldThem) {
     // C (54 × 34 of 155) with a lake (16 × 16 of 250) holding an island S (6 × 6 of 55); inside C a
     // ring N (24 × 24 of 55) around the lake and a blob M (16 × 16 of 55). S is C's child from the
