@@ -6,7 +6,7 @@
 // crashes; the sanitizer build is where the sweep earns its keep.
 //
 // QEL_SWEEP_SEED=<n> reruns the sweep with other sizes and parameters; QEL_SWEEP_CALLS=<n> sets
-// the number of random sizes per function.
+// the number of random sizes per function (100).
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -26,6 +26,7 @@ uint64_t env_number(const char* name, uint64_t fallback) {
 }
 
 uint64_t base_seed() { return env_number("QEL_SWEEP_SEED", 20240611); }
+int random_sizes() { return static_cast<int>(env_number("QEL_SWEEP_CALLS", 100)); }
 
 // The largest size the sweep draws, and the sizes every function runs at besides the random ones:
 // single pixels, single rows and columns, the smallest windows, and the largest size.
@@ -47,8 +48,7 @@ std::vector<golden::Size> sweep_sizes(const golden::Entry& entry) {
     std::vector<golden::Size> all;
     for (golden::Size s : kCorners) all.push_back(fit(s, entry.shape));
     golden::Generator g(golden::seed_for(entry.name, {0, 0}) ^ base_seed());
-    const int randoms = static_cast<int>(env_number("QEL_SWEEP_CALLS", 24));
-    for (int i = 0; i < randoms; ++i)
+    for (int i = 0; i < random_sizes(); ++i)
         all.push_back(fit({1 + g.below(kLargest.width), 1 + g.below(kLargest.height)}, entry.shape));
     return all;
 }
@@ -85,7 +85,7 @@ TEST_P(ContractSweep, StaysInsideItsBuffers) {
         entry.run(call);
         ++index;
     }
-    EXPECT_EQ(index, int(std::size(kCorners)) + int(env_number("QEL_SWEEP_CALLS", 24)));
+    EXPECT_EQ(index, int(std::size(kCorners)) + random_sizes());
 }
 
 std::string test_name(const ::testing::TestParamInfo<size_t>& info) {
