@@ -102,9 +102,11 @@ TEST(GetContours, BorderIsClearedAndLonePixelsAreDropped) {
 }
 
 // The boundary pixels are the object pixels with a background pixel above, below, left or right.
+// Widths from 29 to 133 put boundary starts at every place of the 16- and 32-pixel scan steps.
 TEST(MarkContours, MarksExactlyTheObjectPixelsNextToBackground) {
     for (unsigned seed = 1; seed <= 12; ++seed) {
-        const Image img = seed % 2 ? contour_test::random_blobs(37, 29, seed) : contour_test::random_noise(21, 19, 55, seed);
+        const int w = static_cast<int>(21 + 8 * seed);
+        const Image img = seed % 2 ? contour_test::random_blobs(w, 29, seed) : contour_test::random_noise(w, 19, 55, seed);
         Image in = img, out(img.w, img.h, 77);
         QelMarkContours(in.data(), img.w, img.h, out.data());
         EXPECT_EQ(in.px, img.px) << "input untouched";
