@@ -120,3 +120,19 @@ set(CPACK_SOURCE_GENERATOR TGZ)
 set(CPACK_SOURCE_IGNORE_FILES "/[.]git/" "/build/" "/__pycache__/" "[.]pyc$")
 
 include(CPack)
+
+# The archive test (tests/tool/package_and_run.cmake): cpack, unpack, check the files, run the packed
+# tool, build the example against the archive with find_package and with pkg-config; on Linux, and
+# for the MinGW-w64 cross build under its emulator. Labelled "package" (about 10 s on Linux):
+# `ctest -LE package` leaves it out.
+if(QEL_BUILD_TESTS AND (CMAKE_SYSTEM_NAME STREQUAL "Linux" OR (WIN32 AND CMAKE_CROSSCOMPILING_EMULATOR)))
+  add_test(NAME qel_package_archives
+    COMMAND ${CMAKE_COMMAND} -DBUILD_DIR=${PROJECT_BINARY_DIR} -DWORK=${PROJECT_BINARY_DIR}/package-test
+            -DCPACK=${CMAKE_CPACK_COMMAND} -DOBJDUMP=${CMAKE_OBJDUMP} -DVERSION=${PROJECT_VERSION}
+            -DSAMPLE=${PROJECT_SOURCE_DIR}/samples/astronaut.bmp -DEXAMPLES=${PROJECT_SOURCE_DIR}/examples
+            -DGENERATOR=${CMAKE_GENERATOR} -DCXX=${CMAKE_CXX_COMPILER} -DTOOL=$<TARGET_EXISTS:qel_tool>
+            "-DFONT=$<OR:$<TARGET_EXISTS:qel_font>,$<BOOL:${QEL_PACKAGE_FONT}>>" -DSKIP_CONSUMER=${QEL_SANITIZE}
+            -DWINDOWS=${WIN32} "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}" -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
+            -P ${PROJECT_SOURCE_DIR}/tests/tool/package_and_run.cmake)
+  set_tests_properties(qel_package_archives PROPERTIES LABELS package)
+endif()

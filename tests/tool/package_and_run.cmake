@@ -1,15 +1,19 @@
-# The release-archive test: runs cpack on the build for a .tar.gz (and a .deb where dpkg-deb is
-# installed) into a scratch directory, unpacks the .tar.gz, checks what it holds, runs the packed
+# The release-archive test: runs cpack on the build into a scratch directory, unpacks the archive
+# (.tar.gz on Linux, .zip from the MinGW-w64 cross build), checks what it holds, runs the packed
 # tool from it, and builds the example program against it as another project would: once with
-# find_package(Qel), once with pkg-config. The .deb's control data and file list are checked too.
+# find_package(Qel), once with pkg-config. On Linux it also makes the .deb (where dpkg-deb is
+# installed) and checks its control data and file list. Windows programs run under EMULATOR (wine)
+# with only the archive's bin directory on their DLL search path.
 # -DBUILD_DIR=... -DWORK=<scratch directory> -DCPACK=... -DOBJDUMP=... -DVERSION=x.y.z
 # -DSAMPLE=<512 x 512 24-bit BMP> -DEXAMPLES=<examples source dir> -DGENERATOR=... -DCXX=<compiler>
-# -DFONT=<1 when the build makes hzk16.dat> [-DSKIP_CONSUMER=ON]
+# -DFONT=<1 when the archive carries hzk16.dat> -DTOOL=<1 when the tool is built> [-DSKIP_CONSUMER=ON]
+# [-DWINDOWS=ON -DEMULATOR=<wine64> -DTOOLCHAIN=<toolchain file>]
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT rc EQUAL 0)
     message(FATAL_ERROR "${ARGN}: exit status ${rc}\nstdout: ${out}\nstderr: ${err}")
   endif()
+  string(REPLACE "\r" "" out "${out}")  # Windows programs end their lines with CR LF
   set(out "${out}" PARENT_SCOPE)
 endfunction()
 
@@ -19,50 +23,72 @@ function(expect text regex what)
   endif()
 endfunction()
 
-# Runs a program with no library search path but LIBS (empty: none) and checks that the dynamic
-# loader resolves libqel.so.0 inside the unpacked archive, then runs it for real; output in `out`.
+# Runs a program of the archive or built against it with no library search path but LIBS (empty:
+# none) and the environment settings in the caller's `extraEnv`; output in `out`. On Linux it first checks that the dynamic loader resolves libqel.so.0
+# inside the unpacked archive. Windows finds DLLs beside the program, then on WINEPATH (PATH).
 function(run_from_archive libs)
-  set(env ${CMAKE_COMMAND} -E env --unset=DYLD_LIBRARY_PATH --unset=QEL_FONT_FILE)
-  if(libs)
-    list(APPEND env LD_LIBRARY_PATH=${libs})
+  set(env ${CMAKE_COMMAND} -E env --unset=QEL_FONT_FILE ${extraEnv})
+  if(WINDOWS)
+    list(APPEND env --unset=WINEPATH)
+    if(libs)
+      list(APPEND env WINEPATH=${libs})
+    endif()
+    run(${env} ${EMULATOR} ${ARGN})
   else()
     list(APPEND env --unset=LD_LIBRARY_PATH)
+    if(libs)
+      list(APPEND env LD_LIBRARY_PATH=${libs})
+    endif()
+    run(${env} LD_TRACE_LOADED_OBJECTS=1 ${ARGN})
+    string(REGEX REPLACE "([][.+*?^$()|\\])" "\\\\\\1" rootRegex "${root}")
+    expect("${out}" "libqel\\.so\\.0 => ${rootRegex}/(bin/\\.\\./)?lib/libqel\\.so\\.0 " "${ARGN}: libqel.so.0 resolved")
+    run(${env} ${ARGN})
   endif()
-  run(${env} LD_TRACE_LOADED_OBJECTS=1 ${ARGN})
-  string(REGEX REPLACE "([][.+*?^$()|\\])" "\\\\\\1" rootRegex "${root}")
-  expect("${out}" "libqel\\.so\\.0 => ${rootRegex}/(bin/\\.\\./)?lib/libqel\\.so\\.0 " "${ARGN}: libqel.so.0 resolved")
-  run(${env} ${ARGN})
   set(out "${out}" PARENT_SCOPE)
 endfunction()
 
 file(REMOVE_RECURSE "${WORK}")
 file(MAKE_DIRECTORY "${WORK}")
-find_program(dpkgDeb dpkg-deb)
-set(generators TGZ)
-if(dpkgDeb)
-  list(APPEND generators DEB)
+if(WINDOWS)
+  set(generators ZIP)
+  set(archive "qel-${VERSION}-win(32|64)\\.zip")
+  set(exe .exe)
+else()
+  set(generators TGZ)
+  set(archive "qel-${VERSION}-Linux\\.tar\\.gz")
+  find_program(dpkgDeb dpkg-deb)
+  if(dpkgDeb)
+    list(APPEND generators DEB)
+  endif()
 endif()
 foreach(generator IN LISTS generators)
   run("${CPACK}" -G ${generator} --config "${BUILD_DIR}/CPackConfig.cmake" -B "${WORK}")
 endforeach()
 
-# ---- the .tar.gz: one top directory qel-VERSION-Linux holding an install tree ----------------------
-set(name qel-${VERSION}-Linux)
-if(NOT EXISTS "${WORK}/${name}.tar.gz")
-  file(GLOB made "${WORK}/*")
-  message(FATAL_ERROR "cpack made no ${name}.tar.gz; ${WORK} holds: ${made}")
+# ---- the archive: one top directory named as the archive, holding an install tree ---------------
+file(GLOB made RELATIVE "${WORK}" "${WORK}/*.zip" "${WORK}/*.tar.gz")
+if(NOT made MATCHES "^${archive}$")
+  message(FATAL_ERROR "cpack made '${made}', not one archive ${archive}")
 endif()
+string(REGEX REPLACE "\\.(zip|tar\\.gz)$" "" name "${made}")
 file(MAKE_DIRECTORY "${WORK}/unpacked")
-run(${CMAKE_COMMAND} -E chdir "${WORK}/unpacked" ${CMAKE_COMMAND} -E tar xzf "${WORK}/${name}.tar.gz")
+run(${CMAKE_COMMAND} -E chdir "${WORK}/unpacked" ${CMAKE_COMMAND} -E tar xf "${WORK}/${made}")
 file(GLOB top RELATIVE "${WORK}/unpacked" "${WORK}/unpacked/*")
 if(NOT top STREQUAL name)
   message(FATAL_ERROR "the archive's top level is '${top}', not ${name}")
 endif()
 set(root "${WORK}/unpacked/${name}")
 
-set(files lib/libqel.so.${VERSION} include/qel.h include/qel/binary.h include/qel/base.h
-          lib/cmake/Qel/QelConfig.cmake lib/cmake/Qel/QelConfigVersion.cmake lib/cmake/Qel/QelTargets.cmake
-          lib/pkgconfig/qel.pc bin/qel share/qel/samples/coins.bmp share/doc/qel/LICENSE share/doc/qel/README.md)
+set(files include/qel.h include/qel/binary.h include/qel/base.h lib/pkgconfig/qel.pc
+          lib/cmake/Qel/QelConfig.cmake lib/cmake/Qel/QelConfigVersion.cmake lib/cmake/Qel/QelTargets.cmake)
+if(WINDOWS)
+  list(APPEND files bin/qel.dll lib/libqel.dll.a LICENSE README.md)
+else()
+  list(APPEND files lib/libqel.so.${VERSION} share/doc/qel/LICENSE share/doc/qel/README.md)
+endif()
+if(TOOL)
+  list(APPEND files bin/qel${exe} share/qel/samples/coins.bmp)
+endif()
 if(FONT)
   list(APPEND files bin/hzk16.dat)
 endif()
@@ -71,45 +97,65 @@ foreach(f IN LISTS files)
     message(FATAL_ERROR "the archive has no file ${f}")
   endif()
 endforeach()
-# The development link and the SONAME link, as links, and the library's SONAME the tool asks for.
-foreach(link_target libqel.so:libqel.so.0 libqel.so.0:libqel.so.${VERSION})
-  string(REPLACE ":" ";" pair ${link_target})
-  list(GET pair 0 link)
-  list(GET pair 1 target)
-  if(NOT IS_SYMLINK "${root}/lib/${link}")
-    message(FATAL_ERROR "lib/${link} in the archive is not a symbolic link")
+if(NOT WINDOWS)
+  # The development link and the SONAME link, as links, and the SONAME the tool asks for.
+  foreach(link_target libqel.so:libqel.so.0 libqel.so.0:libqel.so.${VERSION})
+    string(REPLACE ":" ";" pair ${link_target})
+    list(GET pair 0 link)
+    list(GET pair 1 target)
+    if(NOT IS_SYMLINK "${root}/lib/${link}")
+      message(FATAL_ERROR "lib/${link} in the archive is not a symbolic link")
+    endif()
+    file(READ_SYMLINK "${root}/lib/${link}" points)
+    if(NOT points STREQUAL target)
+      message(FATAL_ERROR "lib/${link} points to '${points}', not ${target}")
+    endif()
+  endforeach()
+  run(${OBJDUMP} -p "${root}/lib/libqel.so.${VERSION}")
+  expect("${out}" "SONAME +libqel\\.so\\.0\n" "the library's SONAME")
+  if(TOOL)
+    run(${OBJDUMP} -p "${root}/bin/qel")
+    expect("${out}" "NEEDED +libqel\\.so\\.0\n" "the tool's needed library")
+    expect("${out}" "RUNPATH +\\$ORIGIN/\\.\\./lib\n" "the tool's RUNPATH")
   endif()
-  file(READ_SYMLINK "${root}/lib/${link}" points)
-  if(NOT points STREQUAL target)
-    message(FATAL_ERROR "lib/${link} points to '${points}', not ${target}")
-  endif()
-endforeach()
-run(${OBJDUMP} -p "${root}/lib/libqel.so.${VERSION}")
-expect("${out}" "SONAME +libqel\\.so\\.0\n" "the library's SONAME")
-run(${OBJDUMP} -p "${root}/bin/qel")
-expect("${out}" "NEEDED +libqel\\.so\\.0\n" "the tool's needed library")
-expect("${out}" "RUNPATH +\\$ORIGIN/\\.\\./lib\n" "the tool's RUNPATH")
+endif()
 
 # The packed tool runs from wherever the archive was unpacked, and draws text with the packed font.
-run_from_archive("" "${root}/bin/qel" --version)
-expect("${out}" "^qel ${VERSION}\n$" "the packed qel --version")
-if(FONT)
-  run_from_archive("" "${root}/bin/qel" text "${SAMPLE}" -o "${WORK}/text.bmp" --at 10,10 Qel)
-  expect("${out}" "3 characters of 16 x 16 text at 10,10" "the packed qel text")
+if(TOOL)
+  run_from_archive("" "${root}/bin/qel${exe}" --version)
+  expect("${out}" "^qel ${VERSION}\n$" "the packed qel --version")
+  if(FONT)
+    # The Windows tool cannot find its own directory yet (it asks /proc/self/exe): it is given the
+    # packed font by name there.
+    if(WINDOWS)
+      set(extraEnv "QEL_FONT_FILE=${root}/bin/hzk16.dat")
+    endif()
+    run_from_archive("" "${root}/bin/qel${exe}" text "${SAMPLE}" -o "${WORK}/text.bmp" --at 10,10 Qel)
+    expect("${out}" "3 characters of 16 x 16 text at 10,10" "the packed qel text")
+    unset(extraEnv)
+  endif()
 endif()
 
 # ---- consumers: the example program, built against the unpacked archive two ways ------------------
 if(NOT SKIP_CONSUMER)
-  # find_package(Qel): the example's own CMake project; CMake's build RPATH finds the library.
+  # find_package(Qel): the example's own CMake project. On Linux CMake's build RPATH finds the
+  # library; the Windows program finds qel.dll on WINEPATH, as on PATH. A cross build searches
+  # for packages under its target root only, so it is pointed at the package directory itself.
   set(consumer "${WORK}/cmake-consumer")
-  run(${CMAKE_COMMAND} -S "${EXAMPLES}" -B "${consumer}" -G "${GENERATOR}" -DCMAKE_CXX_COMPILER=${CXX}
-      "-DCMAKE_PREFIX_PATH=${root}")
+  if(WINDOWS)
+    set(where "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}" "-DQel_DIR=${root}/lib/cmake/Qel")
+    set(libs "${root}/bin")
+  else()
+    set(where "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_PREFIX_PATH=${root}")
+    set(libs "")
+  endif()
+  run(${CMAKE_COMMAND} -S "${EXAMPLES}" -B "${consumer}" -G "${GENERATOR}" ${where})
   run(${CMAKE_COMMAND} --build "${consumer}")
-  run_from_archive("" "${consumer}/bmp_to_grey" "${SAMPLE}" "${consumer}/grey.bmp")
+  run_from_archive("${libs}" "${consumer}/bmp_to_grey${exe}" "${SAMPLE}" "${consumer}/grey.bmp")
   expect("${out}" "-> .*grey\\.bmp: 512 x 512 grey\n" "the find_package consumer")
 
   # pkg-config: only the archive's qel.pc is visible; the program finds the library through
-  # LD_LIBRARY_PATH, as the README says for this way.
+  # LD_LIBRARY_PATH (Windows: PATH), as the README says for this way.
   find_program(pkgConfig NAMES pkg-config pkgconf)
   if(NOT pkgConfig)
     message(FATAL_ERROR "pkg-config is needed for this test (scripts/deps.sh installs it)")
@@ -120,10 +166,15 @@ if(NOT SKIP_CONSUMER)
   run(${pc} --cflags qel)
   separate_arguments(cflags UNIX_COMMAND "${out}")
   run(${pc} --libs qel)
-  separate_arguments(libs UNIX_COMMAND "${out}")
-  set(program "${WORK}/pkg-config-consumer")
-  run(${CXX} -std=c++17 ${cflags} "${EXAMPLES}/bmp_to_grey.cpp" -o "${program}" ${libs})
-  run_from_archive("${root}/lib" "${program}" "${SAMPLE}" "${WORK}/grey_pc.bmp")
+  separate_arguments(ldflags UNIX_COMMAND "${out}")
+  set(program "${WORK}/pkg-config-consumer${exe}")
+  run(${CXX} -std=c++17 ${cflags} "${EXAMPLES}/bmp_to_grey.cpp" -o "${program}" ${ldflags})
+  if(WINDOWS)
+    set(libs "${root}/bin")
+  else()
+    set(libs "${root}/lib")
+  endif()
+  run_from_archive("${libs}" "${program}" "${SAMPLE}" "${WORK}/grey_pc.bmp")
   expect("${out}" "-> .*grey_pc\\.bmp: 512 x 512 grey\n" "the pkg-config consumer")
   # Both ways give the same picture: 512 x 512 grey levels after a 1078-byte header and palette.
   file(SIZE "${WORK}/grey_pc.bmp" size)
