@@ -58,13 +58,13 @@ QEL_TARGET_AVX2 inline int equal_to_left_avx2(const unsigned char* p, int count)
 }
 #endif
 
-inline int equal_to_left(const unsigned char* p, int count) {
+inline int equal_to_left(const unsigned char* p, int count, simd::Level level) {
     int k = 0;
 #ifdef QEL_SIMD_AVX2
-    if (simd::avx2()) k = equal_to_left_avx2(p, count);
+    if (level >= simd::Level::avx2) k = equal_to_left_avx2(p, count);
 #endif
 #ifdef QEL_SIMD_SSE2
-    if (simd::sse2()) {
+    if (level >= simd::Level::sse2) {
         for (; k + simd::kLanes <= count; k += simd::kLanes) {
             const unsigned differ =
                 ~static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(simd::load(p + k), simd::load(p + k - 1)))) &
@@ -85,11 +85,12 @@ inline int equal_to_left(const unsigned char* p, int count) {
 template <class Visit>
 void scan_boundary_starts(unsigned char* image, int width, ScanArea area, StartRule rule, Visit&& visit) {
     const int step = area.rowStep < 1 ? 1 : area.rowStep;
+    const simd::Level level = simd::level();
     for (int y = area.firstRow; y <= area.lastRow; y += step) {
         const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(y) * width;
         for (int x = area.firstColumn; x <= area.lastColumn; ++x) {
             // The run is measured on the image as it is now: visits mark pixels ahead of x.
-            x += equal_to_left(image + row + x, area.lastColumn - x + 1);
+            x += equal_to_left(image + row + x, area.lastColumn - x + 1, level);
             if (x > area.lastColumn) break;
             const std::ptrdiff_t i = row + x;
             const unsigned char c = image[i];

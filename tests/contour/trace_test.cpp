@@ -102,7 +102,7 @@ TEST(GetContours, BorderIsClearedAndLonePixelsAreDropped) {
 }
 
 // The boundary pixels are the object pixels with a background pixel above, below, left or right.
-// Widths from 29 to 133 put boundary starts at every place of the 16- and 32-pixel scan steps.
+// Widths from 29 to 117 put boundary starts at every place of the 16- and 32-pixel scan steps.
 TEST(MarkContours, MarksExactlyTheObjectPixelsNextToBackground) {
     for (unsigned seed = 1; seed <= 12; ++seed) {
         const int w = static_cast<int>(21 + 8 * seed);
