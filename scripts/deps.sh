@@ -17,6 +17,10 @@ command -v ninja >/dev/null 2>&1 || need+=(ninja-build)
 jpeg_dev=libjpeg62-turbo-dev
 apt-cache show "$jpeg_dev" >/dev/null 2>&1 || jpeg_dev=libjpeg-dev
 [ -f /usr/include/jpeglib.h ] || need+=("$jpeg_dev")
+# The release-archive test: pkg-config for its second consumer, dpkg-shlibdeps (dpkg-dev) for the
+# .deb's dependencies.
+command -v pkg-config >/dev/null 2>&1 || need+=(pkg-config)
+command -v dpkg-shlibdeps >/dev/null 2>&1 || need+=(dpkg-dev)
 # OpenCV only for the side-by-side benchmark (scripts/deps.sh bench); never for the library or tests.
 if [ "${1:-}" = "bench" ]; then
   [ -f /usr/include/opencv4/opencv2/imgproc.hpp ] || need+=(libopencv-dev)
