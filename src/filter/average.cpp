@@ -17,6 +17,7 @@
 
 #include "core/fixed.h"
 #include "core/simd.h"
+#include "core/simd_avx2.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -102,11 +103,65 @@ inline __m128i means4(__m128i s, __m128i r) {
 }
 #endif
 
+#ifdef QEL_SIMD_AVX2
+QEL_TARGET_AVX2 inline __m256i load8(const uint32_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
+QEL_TARGET_AVX2 inline void store8(uint32_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
+
+// slide_rows for the whole 16-column steps with AVX2; returns how many columns it did.
+QEL_TARGET_AVX2 size_t slide_rows_avx2(uint32_t* sums, const unsigned char* entering, const unsigned char* leaving,
+                                       size_t count) {
+    size_t i = 0;
+    for (; i + 16 <= count; i += 16) {
+        const __m256i e = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(entering + i)));
+        const __m256i l = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(leaving + i)));
+        const __m256i d = _mm256_sub_epi16(e, l);
+        store8(sums + i, _mm256_add_epi32(load8(sums + i), _mm256_cvtepi16_epi32(_mm256_castsi256_si128(d))));
+        store8(sums + i + 8, _mm256_add_epi32(load8(sums + i + 8), _mm256_cvtepi16_epi32(_mm256_extracti128_si256(d, 1))));
+    }
+    return i;
+}
+
+// The middle of adaptive_row on one channel, 32 columns a step from column x while x + 32 ≤ end:
+// the window sums of 8 columns are s plus the exclusive prefix sums of entering − leaving. The
+// means (sum·r) >> 24 need only 32 bits here (the product never exceeds 255·2^24, see the top of
+// the file), so one low multiply serves. Returns the next column; s and the column pointers follow.
+QEL_TARGET_AVX2 int window_means_avx2(uint32_t& s, const uint32_t*& entering, const uint32_t*& leaving, int x,
+                                      int end, int32_t r, unsigned char* out) {
+    const __m256i rv = _mm256_set1_epi32(r);
+    const __m256i last = _mm256_set1_epi32(7);
+    __m256i sum = _mm256_set1_epi32(static_cast<int>(s));
+    for (; x + 32 <= end; x += 32) {
+        __m256i m[4];
+        for (int k = 0; k < 4; ++k, entering += 8, leaving += 8) {
+            const __m256i d = _mm256_sub_epi32(load8(entering), load8(leaving));
+            __m256i p = _mm256_add_epi32(d, _mm256_slli_si256(d, 4));
+            p = _mm256_add_epi32(p, _mm256_slli_si256(p, 8));  // prefix sums within each lane
+            // lane 1 also takes lane 0's total
+            const __m256i total0 = _mm256_shuffle_epi32(p, 0xFF);
+            p = _mm256_add_epi32(p, _mm256_permute2x128_si256(total0, total0, 0x08));
+            const __m256i window = _mm256_add_epi32(sum, _mm256_sub_epi32(p, d));
+            m[k] = _mm256_srli_epi32(_mm256_mullo_epi32(window, rv), kReciprocalShift);
+            sum = _mm256_add_epi32(sum, _mm256_permutevar8x32_epi32(p, last));
+        }
+        // The packs leave dword q holding columns 8(q % 4) + 4(q / 4) ..: put them in order.
+        const __m256i bytes =
+            _mm256_packus_epi16(_mm256_packus_epi32(m[0], m[1]), _mm256_packus_epi32(m[2], m[3]));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + x),
+                            _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)));
+    }
+    s = static_cast<uint32_t>(_mm256_cvtsi256_si32(sum));
+    return x;
+}
+#endif
+
 // One row enters the vertical window and one leaves, in a single pass (16 columns a step where
 // SSE2 is available: the byte differences widened to 32 bits with their sign, added modulo 2^32
 // as the unsigned sums are).
 void slide_rows(uint32_t* sums, const unsigned char* entering, const unsigned char* leaving, size_t count) {
     size_t i = 0;
+#ifdef QEL_SIMD_AVX2
+    if (simd::avx2()) i = slide_rows_avx2(sums, entering, leaving, count);
+#endif
 #ifdef QEL_SIMD_SSE2
     const __m128i zero = _mm_setzero_si128();
     for (; simd::sse2() && i + simd::kLanes <= count; i += simd::kLanes) {
@@ -157,6 +212,9 @@ void adaptive_row(const uint32_t* col, int width, int hx, int v, Recip recip, un
     const uint32_t* leaving = col;   // column x−hx
 #ifdef QEL_SIMD_SSE2
     if (C == 1 && simd::sse2()) {
+#ifdef QEL_SIMD_AVX2
+        if (simd::avx2()) x = window_means_avx2(s[0], entering, leaving, x, width - hx - 1, r, out);
+#endif
         // 16 columns a step: the window sums of columns x .. x+3 are s plus the running sums of the
         // differences entering − leaving before each of them.
         // The running sum stays in all four lanes of a register.
