@@ -173,7 +173,9 @@ QEL_TARGET_AVX2 void write_row_avx2(const unsigned char* in, const Bits* near, i
 }
 #endif
 
-void spread_bit_rows(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
+template <class ZeroBits, class WriteRow>
+void spread_bit_rows(const unsigned char* image, int width, int height, Spread rule, unsigned char* out,
+                     ZeroBits zeroBits, WriteRow writeRow) {
     if (width < 3 || height < 3) {  // no centres
         std::memcpy(out, image, static_cast<size_t>(std::max(width, 0)) * static_cast<size_t>(std::max(height, 0)));
         return;
@@ -194,14 +196,6 @@ void spread_bit_rows(const unsigned char* image, int width, int height, Spread r
     const auto row = [&](const unsigned char* base, int r) { return base + static_cast<std::ptrdiff_t>(r) * width; };
     for (int x = 1; x < width - 1; ++x) interior[x / kWordBits] |= Bits{1} << (x % kWordBits);
 
-    auto* zeroBits = zero_bits;
-    auto* writeRow = write_row;
-#ifdef QEL_SIMD_AVX2
-    if (simd::avx2()) {
-        zeroBits = zero_bits_avx2;
-        writeRow = write_row_avx2;
-    }
-#endif
     const auto zeros = [&](int r) {
         const BitRow z = zeroRow(r);
         zeroBits(row(image, r), width, z.bits);
@@ -236,12 +230,27 @@ void spread_bit_rows(const unsigned char* image, int width, int height, Spread r
         writeRow(row(image, y), near, width, rule.value, out + static_cast<std::ptrdiff_t>(y) * width);
     }
 }
+
+#ifdef QEL_SIMD_AVX2
+// The whole spread compiled for AVX2: flatten inlines the bit-row loops too, which the compiler
+// then vectorises four words at a time.
+__attribute__((target("avx2"), flatten)) void spread_bit_rows_avx2(const unsigned char* image, int width, int height,
+                                                                  Spread rule, unsigned char* out) {
+    spread_bit_rows(image, width, height, rule, out, zero_bits_avx2, write_row_avx2);
+}
+#endif
 #endif
 
 void spread_whole(const unsigned char* image, int width, int height, Spread rule, unsigned char* out) {
+#ifdef QEL_SIMD_AVX2
+    if (simd::avx2()) {
+        spread_bit_rows_avx2(image, width, height, rule, out);
+        return;
+    }
+#endif
 #ifdef QEL_SIMD_SSE2
     if (simd::sse2()) {
-        spread_bit_rows(image, width, height, rule, out);
+        spread_bit_rows(image, width, height, rule, out, zero_bits, write_row);
         return;
     }
 #endif
