@@ -8,7 +8,7 @@
 # the library, its development files and the tool are small and go together.
 
 set(QEL_PACKAGE_MAINTAINER "The Qel developers" CACHE STRING "Maintainer named in the .deb's control file")
-# A cross build cannot generate the font; a hzk16.dat made by a native build can be packed instead.
+# A build that cannot generate the font (no Unifont, no GB2312 converter) can pack one made elsewhere.
 set(QEL_PACKAGE_FONT "" CACHE FILEPATH "hzk16.dat to pack beside the tool when this build does not make one")
 
 # The documents every archive carries: in share/doc/qel on Linux, at the top of the Windows archive.
