@@ -32,3 +32,14 @@ if(QEL_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
   endif()
 endif()
+
+# MinGW-w64's GCC cannot keep the stack aligned to 32 bytes on Windows, so an AVX value it spills
+# with an aligned move may fault. The run-time AVX2 kernels are therefore assembled with unaligned
+# vector moves there (binutils 2.38 or later; older assemblers go without).
+if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  include(CheckCXXCompilerFlag)
+  check_cxx_compiler_flag(-Wa,-muse-unaligned-vector-move QEL_HAS_UNALIGNED_VECTOR_MOVE)
+  if(QEL_HAS_UNALIGNED_VECTOR_MOVE)
+    add_compile_options(-Wa,-muse-unaligned-vector-move)
+  endif()
+endif()
