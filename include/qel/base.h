@@ -28,8 +28,9 @@
 #    define NOMINMAX
 #  endif
 #  include <windows.h>
-// windef.h defines `near` and `far` away (as nothing); the library's own sources use them as names.
-#  if defined(QEL_BUILDING_LIBRARY)
+// windef.h defines `near` and `far` away (as nothing); the library's own sources, its tests and its
+// tool use them as names (an application may define QEL_UNDEF_NEAR_FAR for the same).
+#  if defined(QEL_BUILDING_LIBRARY) || defined(QEL_UNDEF_NEAR_FAR)
 #    undef near
 #    undef far
 #  endif

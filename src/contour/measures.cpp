@@ -3,6 +3,7 @@
 #include "qel/contour.h"
 
 #include "contour/chain_walk.h"
+#include "core/exact_math.h"
 
 #include <cmath>
 #include <cstdint>
@@ -133,8 +134,8 @@ void QelContourCenter(int x0, int y0, unsigned char* chain, int n, int* centerX,
 void QelContourRotatedRect(int x0, int y0, unsigned char* chain, int n, double angle, int* minU, int* maxU,
                            int* minV, int* maxV) {
     const double radians = angle * kPi / 180;
-    const int c = static_cast<int>(std::cos(radians) * kRotationScale);
-    const int s = static_cast<int>(std::sin(radians) * kRotationScale);
+    const int c = static_cast<int>(qel::exact_cos(radians) * kRotationScale);
+    const int s = static_cast<int>(qel::exact_sin(radians) * kRotationScale);
     // Arithmetic right shifts: negative coordinates round toward minus infinity.
     const auto turnedU = [c, s](int x, int y) { return (x * c - y * s) >> kRotationShift; };
     const auto turnedV = [c, s](int x, int y) { return (x * s + y * c) >> kRotationShift; };

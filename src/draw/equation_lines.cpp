@@ -3,6 +3,7 @@
 #include "qel/draw.h"
 
 #include "draw/raster.h"
+#include "core/exact_math.h"
 
 #include <algorithm>
 #include <cmath>
@@ -120,8 +121,8 @@ void QelDrawKBLine(unsigned char* img, int width, int height, int flag, double k
 void QelDrawHoughLine(unsigned char* img, int width, int height, int rho, int theta, unsigned char grey) {
     const qel::draw::GreyPen pen(img, width, grey);
     const double angle = theta * kPi / 180;
-    const double cosine = std::cos(angle);
-    const double sine = std::sin(angle);
+    const double cosine = qel::exact_cos(angle);
+    const double sine = qel::exact_sin(angle);
     if (theta >= kHoughColumnThetaMin && theta <= kHoughColumnThetaMax) {
         for (int x = 0; x < width; ++x) {
             int y = 0;
@@ -140,11 +141,11 @@ void QelDrawDegreeLine(unsigned char* img, int width, int height, int x0, int y0
     const qel::draw::GreyPen pen(img, width, grey);
     if (degrees >= kDegreeRowMin && degrees <= kDegreeRowMax) {
         // Steep: by rows, x = truncate(y·t + x0 − y0·t).
-        const double t = std::tan((90 - degrees) * kPi / 180);
+        const double t = qel::exact_tan((90 - degrees) * kPi / 180);
         degree_line([&pen](int y, int x) { pen.put(x, y); }, height, width, y0, x0, t);
     } else {
         // Shallow (and any angle outside 45..135, as given): by columns, y = truncate(x·t + y0 − x0·t).
-        const double t = std::tan(degrees * kPi / 180);
+        const double t = qel::exact_tan(degrees * kPi / 180);
         degree_line([&pen](int x, int y) { pen.put(x, y); }, width, height, x0, y0, t);
     }
 }

@@ -7,6 +7,7 @@
 #include "qel/geometry.h"
 
 #include "geometry/transform_fixed.h"
+#include "core/exact_math.h"
 
 #include <algorithm>
 #include <climits>
@@ -114,7 +115,7 @@ struct RectFactors {
 // sin and cos of the extractors, in 65536ths, pi as 3.1415.
 RectFactors rect_factors(double degrees) {
     const double radians = degrees * kPiRectangle / 180;
-    return {trunc_to_int(std::sin(radians) * kRectOne), trunc_to_int(std::cos(radians) * kRectOne)};
+    return {trunc_to_int(qel::exact_sin(radians) * kRectOne), trunc_to_int(qel::exact_cos(radians) * kRectOne)};
 }
 
 // Runs every output row; `outside` handles the samples without a neighbourhood inside.
@@ -159,8 +160,8 @@ using namespace qel;
 unsigned char* QelRotateImgByCCS(unsigned char* src, int width, int height, double degrees, int* newWidth,
                                  int* newHeight) {
     const double theta = degrees * kPiWholeImage / 180;
-    const int64_t c = trunc_to_int(std::cos(theta) * kWholeImageOne);
-    const int64_t s = trunc_to_int(std::sin(theta) * kWholeImageOne);
+    const int64_t c = trunc_to_int(qel::exact_cos(theta) * kWholeImageOne);
+    const int64_t s = trunc_to_int(qel::exact_sin(theta) * kWholeImageOne);
 
     // Bounding box of the rotated corners. Corner (0, 0) stays put, so the box always holds the
     // origin and the starting values below never survive.
@@ -191,8 +192,8 @@ unsigned char* QelRotateImgByCCS(unsigned char* src, int width, int height, doub
     if (out == nullptr) return nullptr;
 
     // Each output pixel takes the source pixel at the floor of its rotation back by −θ.
-    const int64_t ci = trunc_to_int(std::cos(-theta) * kWholeImageOne);
-    const int64_t si = trunc_to_int(std::sin(-theta) * kWholeImageOne);
+    const int64_t ci = trunc_to_int(qel::exact_cos(-theta) * kWholeImageOne);
+    const int64_t si = trunc_to_int(qel::exact_sin(-theta) * kWholeImageOne);
     const Span columns{minX, maxX};
     for (int64_t Y = minY; Y <= maxY; ++Y) {
         unsigned char* row = out + static_cast<ptrdiff_t>(Y - minY) * outWidth;
@@ -241,7 +242,7 @@ void QelCopyRectFromRotateAndShiftFast(unsigned char* src, int width, int height
     const double theta = degrees <= 90 ? degrees : degrees - 180;
     const RectFactors f = rect_factors(theta);
     const double beta = (degrees > 90 ? 180 - degrees : -degrees) + shearDegrees;
-    const double t = std::tan((beta - 90) * kPiShear / 180);
+    const double t = qel::exact_tan((beta - 90) * kPiShear / 180);
     const int64_t shearStep = trunc_to_int(-t * kShearOne);
 
     const Source<1> source{src, width, height};

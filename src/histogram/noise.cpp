@@ -3,6 +3,7 @@
 #include "histogram/statistics.h"
 
 #include "qel/histogram.h"
+#include "core/exact_math.h"
 
 #include <cmath>
 #include <cstdint>
@@ -89,7 +90,7 @@ double normal() {
         b = g_random.next() * 2.0 / kRandMax - 1.0;
         s = a * a + b * b;
     } while (!(s > 0.0 && s < 1.0));
-    return b * std::sqrt(-2.0 * std::log(s) / s);
+    return b * std::sqrt(-2.0 * qel::exact_log(s) / s);
 }
 
 // Clamps to the image's own range lo..hi, then truncates.
@@ -105,7 +106,7 @@ unsigned char poisson(int p) {
     if (p > kPoissonNormalAbove)
         return static_cast<unsigned char>(static_cast<int>(p + std::sqrt(static_cast<double>(p)) * normal()));
     // Multiplication method: count uniform factors until their product falls below e^−p.
-    const double limit = std::exp(-static_cast<double>(p));
+    const double limit = qel::exact_exp(-static_cast<double>(p));
     int k = 0;
     double q = 1.0;
     while (q >= limit) {

@@ -5,6 +5,7 @@
 
 #include "core/lut.h"
 #include "qel/histogram.h"
+#include "core/exact_math.h"
 
 #include <cmath>
 #include <cstddef>
@@ -193,7 +194,7 @@ int QelHistogramGaussianSmooth(int* hist, int /*reserved*/, double sigma, double
     int taps = 1;  // number of weights including w(0)
     const double twoSigmaSquared = 2.0 * (sigma * sigma);
     for (int d = 1; d < kGreyLevels; ++d) {
-        const double g = twoSigmaSquared == 0.0 ? 0.0 : std::exp(-static_cast<double>(d * d) / twoSigmaSquared);
+        const double g = twoSigmaSquared == 0.0 ? 0.0 : qel::exact_exp(-static_cast<double>(d * d) / twoSigmaSquared);
         if (!(g >= smallestWeight)) break;
         weight[d] = static_cast<int>(g * kWeightOne + 0.5);
         ++taps;

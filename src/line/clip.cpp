@@ -2,6 +2,7 @@
 #include "qel/line.h"
 
 #include "line/line_math.h"
+#include "core/exact_math.h"
 
 #include <cmath>
 #include <utility>
@@ -136,8 +137,8 @@ bool QelHoughLineImgBoundary(int width, int height, int rho, int theta, int* xs,
         return true;
     }
     const double t = qel::radians(theta);
-    const double c = std::cos(t);
-    const double s = std::sin(t);
+    const double c = qel::exact_cos(t);
+    const double s = qel::exact_sin(t);
     int n = 0;
     const auto keep = [&](int x, int y) {
         xs[n] = x;

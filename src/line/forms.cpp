@@ -3,6 +3,7 @@
 #include "qel/line.h"
 
 #include "line/line_math.h"
+#include "core/exact_math.h"
 
 #include <cmath>
 
@@ -19,7 +20,7 @@ constexpr double kAbcSampleOffset = 10.0;
 constexpr double kThroThetaNear = 10.0;
 constexpr double kThroThetaFar = 20.0;
 
-double coarse_atan_degrees(double q) { return std::atan(q) * 180 / kCoarsePi; }
+double coarse_atan_degrees(double q) { return qel::exact_atan(q) * 180 / kCoarsePi; }
 
 // Folds an atan-based angle of (−90, 90) into [0, 180).
 double fold_negative(double degrees) { return degrees < 0 ? degrees + 180 : degrees; }
@@ -108,8 +109,8 @@ void QelABC2ThroTheta(double a, double b, double c, int* rho, int* theta) {
 
 void QelThroTheta2ABC(int x0, int y0, int rho, int theta, double* a, double* b, double* c) {
     const double t = qel::radians(theta);
-    const double cosT = std::cos(t);
-    const double sinT = std::sin(t);
+    const double cosT = qel::exact_cos(t);
+    const double sinT = qel::exact_sin(t);
     double px1, py1, px2, py2;
     if (theta == 0 || theta == 180) {
         px1 = rho / cosT;

@@ -5,6 +5,7 @@
 #include "qel/line.h"
 
 #include "line/line_math.h"
+#include "core/exact_math.h"
 
 #include <algorithm>
 #include <climits>
@@ -106,8 +107,8 @@ private:
 QelHoughLines::QelHoughLines() {
     for (int t = 0; t < kTableDegrees; ++t) {
         // Truncated, so sin 90 and cos 180 come out as 1023 and −1023, not ±1024.
-        cosTable_[t] = static_cast<int>(std::cos(radians(t)) * kTableScale);
-        sinTable_[t] = static_cast<int>(std::sin(radians(t)) * kTableScale);
+        cosTable_[t] = static_cast<int>(qel::exact_cos(radians(t)) * kTableScale);
+        sinTable_[t] = static_cast<int>(qel::exact_sin(radians(t)) * kTableScale);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "qel/line.h"
 
 #include "line/line_math.h"
+#include "core/exact_math.h"
 
 #include <cmath>
 #include <cstdint>
@@ -54,10 +55,10 @@ bool QelPointOfIntersection(int flag1, double k1, double b1, int flag2, double k
 bool QelPointOfIntersection(int rho1, int theta1, int rho2, int theta2, double* x, double* y) {
     // Only equal degrees count as parallel; 0 and 180 pass and meet "at infinity".
     if (theta1 == theta2) return false;
-    const double c1 = std::cos(qel::radians(theta1));
-    const double s1 = std::sin(qel::radians(theta1));
-    const double c2 = std::cos(qel::radians(theta2));
-    const double s2 = std::sin(qel::radians(theta2));
+    const double c1 = qel::exact_cos(qel::radians(theta1));
+    const double s1 = qel::exact_sin(qel::radians(theta1));
+    const double c2 = qel::exact_cos(qel::radians(theta2));
+    const double s2 = qel::exact_sin(qel::radians(theta2));
     if (std::fabs(c1) > kThroThetaZeroCosine) {
         *y = (rho2 * c1 - rho1 * c2) / (s2 * c1 - s1 * c2);
         *x = (rho1 - *y * s1) / c1;
@@ -70,9 +71,9 @@ bool QelPointOfIntersection(int rho1, int theta1, int rho2, int theta2, double* 
 
 bool QelGetHoughLinePointX(int rho, int theta, int y, double* x) {
     const double t = qel::radians(theta);
-    const double c = std::cos(t);
+    const double c = qel::exact_cos(t);
     if (std::fabs(c) <= kHoughZeroCosine) return false;
-    *x = (rho - y * std::sin(t)) / c;
+    *x = (rho - y * qel::exact_sin(t)) / c;
     return true;
 }
 

@@ -3,6 +3,8 @@
 #ifndef QEL_SRC_LINE_LINE_MATH_H
 #define QEL_SRC_LINE_LINE_MATH_H
 
+#include "core/exact_math.h"
+
 #include <climits>
 #include <cmath>
 #include <cstdint>
@@ -19,7 +21,7 @@ constexpr double kParallelDeterminant = 1e-5;
 inline double radians(double theta) { return theta * kLinePi / 180; }
 
 // atan(q) · 180 / pi, in that order.
-inline double atan_degrees(double q) { return std::atan(q) * 180 / kLinePi; }
+inline double atan_degrees(double q) { return qel::exact_atan(q) * 180 / kLinePi; }
 
 // Truncation toward zero. A value outside the int range, or NaN, gives INT_MIN, as the x86
 // truncating conversion does; every range test of the line code then rejects it.

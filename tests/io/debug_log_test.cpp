@@ -14,6 +14,14 @@ std::string read_text(const std::string& path) {
     return std::string(b.begin(), b.end());
 }
 
+// The log is a text file: on Windows each "\n" is written as CR LF.
+std::string as_written(std::string text) {
+#if defined(_WIN32)
+    for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 2)) text.insert(at, 1, '\r');
+#endif
+    return text;
+}
+
 void set_log_path(const std::string& path) {
 #if defined(_WIN32)
     _putenv_s("QEL_DEBUG_LOG", path.c_str());
@@ -32,16 +40,16 @@ TEST(DebugLog, FirstCallEmptiesTheLogLaterCallsAppendAndAMissingDirectoryIsIgnor
     qel_test::write_text(path.c_str(), "left over from an earlier run\n");
 
     QelDebugInfo(const_cast<char*>("start"), 1);
-    EXPECT_EQ(read_text(path), "\nstart,1");
+    EXPECT_EQ(read_text(path), as_written("\nstart,1"));
     QelDebugInfo(const_cast<char*>("value"), -42);
-    EXPECT_EQ(read_text(path), "\nstart,1\nvalue,-42");
+    EXPECT_EQ(read_text(path), as_written("\nstart,1\nvalue,-42"));
 
     // A log that cannot be opened drops the record and changes nothing.
     set_log_path("/nonexistent-qel-dir/log.txt");
     QelDebugInfo(const_cast<char*>("lost"), 3);
     set_log_path(path);
     QelDebugInfo(const_cast<char*>("end"), 0);
-    EXPECT_EQ(read_text(path), "\nstart,1\nvalue,-42\nend,0");
+    EXPECT_EQ(read_text(path), as_written("\nstart,1\nvalue,-42\nend,0"));
 }
 
 }  // namespace
