@@ -197,6 +197,8 @@ ImageFormat outputFormatFor(const std::string& path) {
         if (ext != e.name) continue;
         if (!e.written)
             throw UsageError("cannot write '" + path + "': " + formatName(e.format) + " files are read, not written; name the output .png or .bmp");
+        if (e.format == ImageFormat::Png && !formats::kPngAndJpeg)
+            throw UsageError("cannot write '" + path + "': " + formats::kBmpOnlyBuild + "; name the output .bmp");
         return e.format;
     }
     throw UsageError("cannot tell an image format from the name '" + path + "'; name the output .png or .bmp");

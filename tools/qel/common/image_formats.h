@@ -24,6 +24,12 @@ Image readJpeg(const std::string& path);
 bool writeBmp(const Image& image, const std::string& path, bool markColours);
 bool writePng(const Image& image, const std::string& path, bool markColours);
 
+// False in a build without libpng and libjpeg, which reads and writes BMP files only; the PNG and
+// JPEG entry points then refuse with kBmpOnlyBuild in their message.
+extern const bool kPngAndJpeg;
+constexpr const char* kBmpOnlyBuild = "this qel was built without PNG and JPEG support (libpng and libjpeg), "
+                                      "so it reads and writes BMP files only";
+
 // The library's marking palette: grey levels 252..255 show as yellow, blue, green and red.
 constexpr int kFirstMarkLevel = 252;
 constexpr unsigned char kMarkColoursBgr[4][3] = {{0, 255, 255}, {255, 0, 0}, {0, 255, 0}, {0, 0, 255}};

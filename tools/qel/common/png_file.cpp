@@ -14,6 +14,9 @@
 #include <vector>
 
 namespace cli::formats {
+
+const bool kPngAndJpeg = true;
+
 namespace {
 
 constexpr int kPaletteEntries = 256;
