@@ -40,6 +40,12 @@ if [ "${1:-}" = "mingw" ]; then
   [ -x /usr/lib/wine/wine64 ] || need+=(wine64)
   [ -f /usr/src/googletest/CMakeLists.txt ] || need+=(googletest)
 fi
+# The 32-bit Windows cross build (scripts/test.sh mingw32): builds qel.dll and checks its exports.
+if [ "${1:-}" = "mingw32" ]; then
+  command -v i686-w64-mingw32-g++-posix >/dev/null 2>&1 || need+=(g++-mingw-w64-i686-posix)
+  command -v x86_64-w64-mingw32-objdump >/dev/null 2>&1 || command -v i686-w64-mingw32-objdump >/dev/null 2>&1 ||
+    need+=(binutils-mingw-w64-i686)
+fi
 [ -f /usr/include/pybind11/pybind11.h ] || need+=(pybind11-dev)
 [ -f /usr/bin/python3 ] || need+=(python3)
 python_has() { /usr/bin/python3 -c "import $1" >/dev/null 2>&1; }
