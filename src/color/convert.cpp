@@ -326,85 +326,91 @@ QEL_TARGET_AVX2 int camera_blocks_420_avx2(const unsigned char* const bgrRows[2]
     return x;
 }
 
-// Y and the U, V of 32 pixels from x as 16-bit lanes in two halves: lo holds pixels 0-7 (lane 0)
-// and 16-23 (lane 1), hi pixels 8-15 and 24-31, the order in which the byte pack of lo and hi puts
-// the 32 pixels back in a row. U and V are repeated for the two pixels of each pair.
+// Y of 32 pixels from x and the U, V of their 16 pairs, as 16-bit lanes in pair order: pairs 0-7
+// in lane 0 and 8-15 in lane 1. Y comes as the even pixels (the first of each pair, y[0]) and the
+// odd ones (y[1]), so that each Y meets its own pair's chroma terms without repeating them.
 struct Yuv32 {
-    __m256i y[2];  // lo, hi
-    __m256i u[2];
-    __m256i v[2];
+    __m256i y[2];
+    __m256i u;
+    __m256i v;
 };
 
-// Planar chroma: 16 U and 16 V bytes serve 32 pixels.
+// Y planes: the even and odd bytes of 32 Y samples.
+QEL_TARGET_AVX2 inline void split_luma(const unsigned char* p, __m256i y[2]) {
+    const __m256i v = avx2::load(p);
+    y[0] = _mm256_and_si256(v, _mm256_set1_epi16(0x00FF));
+    y[1] = _mm256_srli_epi16(v, 8);
+}
+
+// Planar chroma: 16 U and 16 V bytes.
 template <class Byte>
 QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 1, 1>& row, int x) {
-    const __m256i zero = _mm256_setzero_si256();
-    const __m256i y = avx2::load(row.luma + x);
-    const __m256i u = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cb + x / 2)));
-    const __m256i v = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cr + x / 2)));
-    return {{_mm256_unpacklo_epi8(y, zero), _mm256_unpackhi_epi8(y, zero)},
-            {_mm256_unpacklo_epi16(u, u), _mm256_unpackhi_epi16(u, u)},
-            {_mm256_unpacklo_epi16(v, v), _mm256_unpackhi_epi16(v, v)}};
+    Yuv32 s;
+    split_luma(row.luma + x, s.y);
+    s.u = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cb + x / 2)));
+    s.v = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cr + x / 2)));
+    return s;
 }
 
-// The byte shuffle that takes bytes first, first, first + 2, first + 2, .. first + 6 of each lane
-// as 16-bit lanes.
-QEL_TARGET_AVX2 inline __m256i pick(char first) {
-    const char a = first;
-    const char b = static_cast<char>(first + 2);
-    const char c = static_cast<char>(first + 4);
-    const char d = static_cast<char>(first + 6);
-    return _mm256_setr_epi8(a, -1, a, -1, b, -1, b, -1, c, -1, c, -1, d, -1, d, -1,  //
-                            a, -1, a, -1, b, -1, b, -1, c, -1, c, -1, d, -1, d, -1);
-}
-
-// Interleaved U, V pairs: 32 bytes serve 32 pixels (lane 0 pairs 0-7, lane 1 pairs 8-15).
+// Interleaved U, V pairs: the 32 bytes as 16-bit lanes hold U low and V high.
 template <class Byte>
 QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 1, 2>& row, int x) {
-    const __m256i zero = _mm256_setzero_si256();
-    const __m256i y = avx2::load(row.luma + x);
+    Yuv32 s;
+    split_luma(row.luma + x, s.y);
     const __m256i uv = avx2::load(row.cb + x);
-    return {{_mm256_unpacklo_epi8(y, zero), _mm256_unpackhi_epi8(y, zero)},
-            {_mm256_shuffle_epi8(uv, pick(0)), _mm256_shuffle_epi8(uv, pick(8))},
-            {_mm256_shuffle_epi8(uv, pick(1)), _mm256_shuffle_epi8(uv, pick(9))}};
+    s.u = _mm256_and_si256(uv, _mm256_set1_epi16(0x00FF));
+    s.v = _mm256_srli_epi16(uv, 8);
+    return s;
 }
 
-// Packed pairs (Cb, Y, Cr, Y): 64 bytes serve 32 pixels; lanes of pixels 0-7 and 16-23 (and 8-15
-// and 24-31) are brought together, then each sample is picked from its byte.
+// Packed pairs (Cb, Y, Cr, Y): 64 bytes. The lanes of pairs 0-3 and 8-11 (and 4-7 and 12-15) are
+// brought together; a byte shuffle takes four U then four V (or four first then four second Y) of
+// each lane, and 64-bit unpacks sort them into pair order.
 template <class Byte>
 QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 2, 4>& row, int x) {
     const __m256i p0 = avx2::load(row.cb + 2 * x);
     const __m256i p1 = avx2::load(row.cb + 2 * x + avx2::kLanes);
-    const __m256i halves[2] = {_mm256_permute2x128_si256(p0, p1, 0x20), _mm256_permute2x128_si256(p0, p1, 0x31)};
-    const __m256i luma = _mm256_setr_epi8(1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1,  //
-                                          1, -1, 3, -1, 5, -1, 7, -1, 9, -1, 11, -1, 13, -1, 15, -1);
-    const __m256i cb = _mm256_setr_epi8(0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1,  //
-                                        0, -1, 0, -1, 4, -1, 4, -1, 8, -1, 8, -1, 12, -1, 12, -1);
-    const __m256i cr = _mm256_setr_epi8(2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1,  //
-                                        2, -1, 2, -1, 6, -1, 6, -1, 10, -1, 10, -1, 14, -1, 14, -1);
-    Yuv32 out;
-    for (int h = 0; h < 2; ++h) {
-        out.y[h] = _mm256_shuffle_epi8(halves[h], luma);
-        out.u[h] = _mm256_shuffle_epi8(halves[h], cb);
-        out.v[h] = _mm256_shuffle_epi8(halves[h], cr);
-    }
-    return out;
+    const __m256i a = _mm256_permute2x128_si256(p0, p1, 0x20);
+    const __m256i b = _mm256_permute2x128_si256(p0, p1, 0x31);
+    const __m256i chroma = _mm256_setr_epi8(0, -1, 4, -1, 8, -1, 12, -1, 2, -1, 6, -1, 10, -1, 14, -1,  //
+                                            0, -1, 4, -1, 8, -1, 12, -1, 2, -1, 6, -1, 10, -1, 14, -1);
+    const __m256i luma = _mm256_setr_epi8(1, -1, 5, -1, 9, -1, 13, -1, 3, -1, 7, -1, 11, -1, 15, -1,  //
+                                          1, -1, 5, -1, 9, -1, 13, -1, 3, -1, 7, -1, 11, -1, 15, -1);
+    const __m256i ca = _mm256_shuffle_epi8(a, chroma);
+    const __m256i cb = _mm256_shuffle_epi8(b, chroma);
+    const __m256i ya = _mm256_shuffle_epi8(a, luma);
+    const __m256i yb = _mm256_shuffle_epi8(b, luma);
+    return {{_mm256_unpacklo_epi64(ya, yb), _mm256_unpackhi_epi64(ya, yb)},
+            _mm256_unpacklo_epi64(ca, cb),
+            _mm256_unpackhi_epi64(ca, cb)};
 }
 
-// B, G, R of 16 pixels (16-bit lanes, not yet clamped) from Y, U, V. Y·16384 is a whole multiple
-// of 2^14, so (Y·16384 + t) >> 14 = Y + (t >> 14) exactly; for a single chroma product
-// (c·w) >> 14 = (4c·w) >> 16, the high half of a 16-bit product (4c and w fit 16 bits). Green's
-// two products are summed in 32 bits first. The byte pack then clamps to 0..255.
-QEL_TARGET_AVX2 inline void bgr16(__m256i y, __m256i u, __m256i v, __m256i& b, __m256i& g, __m256i& r) {
+// The chroma terms of B, G and R for 16 pairs, (c·w) >> 14 as 16-bit lanes. Y·16384 is a whole
+// multiple of 2^14, so (Y·16384 + t) >> 14 = Y + (t >> 14) exactly; for a single chroma product
+// (c·w) >> 14 = (4c·w) >> 16, the high half of a 16-bit product (4c and w fit 16 bits). Green's two
+// products are summed in 32 bits first.
+struct ChromaTerms16 {
+    __m256i blue;
+    __m256i green;
+    __m256i red;
+};
+
+QEL_TARGET_AVX2 inline ChromaTerms16 chroma_terms(__m256i u, __m256i v) {
     const __m256i offset = _mm256_set1_epi16(qel::kChromaOffset);
     const __m256i cu = _mm256_sub_epi16(u, offset);
     const __m256i cv = _mm256_sub_epi16(v, offset);
     const __m256i wGreen = avx2::weight_pair(-qel::kGreenFromU, -qel::kGreenFromV);
-    b = _mm256_add_epi16(y, _mm256_mulhi_epi16(_mm256_slli_epi16(cu, 2), _mm256_set1_epi16(qel::kBlueFromU)));
-    r = _mm256_add_epi16(y, _mm256_mulhi_epi16(_mm256_slli_epi16(cv, 2), _mm256_set1_epi16(qel::kRedFromV)));
     const __m256i gLo = _mm256_srai_epi32(_mm256_madd_epi16(_mm256_unpacklo_epi16(cu, cv), wGreen), qel::kYuvShift);
     const __m256i gHi = _mm256_srai_epi32(_mm256_madd_epi16(_mm256_unpackhi_epi16(cu, cv), wGreen), qel::kYuvShift);
-    g = _mm256_add_epi16(y, _mm256_packs_epi32(gLo, gHi));
+    return {_mm256_mulhi_epi16(_mm256_slli_epi16(cu, 2), _mm256_set1_epi16(qel::kBlueFromU)),
+            _mm256_packs_epi32(gLo, gHi),
+            _mm256_mulhi_epi16(_mm256_slli_epi16(cv, 2), _mm256_set1_epi16(qel::kRedFromV))};
+}
+
+// Y + term for the even and odd pixels, packed (and so clamped to 0..255) into the 16 bytes of each
+// lane: pixels 0, 2, .. 14 of the lane's 16, then 1, 3, .. 15.
+QEL_TARGET_AVX2 inline __m256i plane(const __m256i y[2], __m256i term) {
+    return _mm256_packus_epi16(_mm256_add_epi16(y[0], term), _mm256_add_epi16(y[1], term));
 }
 
 // B, G, R of the whole 32-pixel blocks of a row with AVX2; returns how many pixels it did. The
@@ -412,25 +418,24 @@ QEL_TARGET_AVX2 inline void bgr16(__m256i y, __m256i u, __m256i v, __m256i& b, _
 template <class Row>
 QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rgb) {
     // Byte k of output register j (j = 0, 1, 2) of a lane is byte 16j + k of the lane's 48 bytes,
-    // pixel (16j + k) / 3 of channel (16j + k) % 3: one shuffle per channel, -1 where another
-    // channel's byte goes.
+    // pixel p = (16j + k) / 3 of channel (16j + k) % 3, found in the channel's plane at p / 2 (even
+    // p) or 8 + p / 2 (odd p): one shuffle per channel, -1 where another channel's byte goes.
     alignas(32) signed char masks[3][3][16];
     for (int j = 0; j < 3; ++j)
         for (int c = 0; c < 3; ++c)
-            for (int k = 0; k < 16; ++k)
-                masks[j][c][k] = static_cast<signed char>((16 * j + k) % 3 == c ? (16 * j + k) / 3 : -1);
+            for (int k = 0; k < 16; ++k) {
+                const int pixel = (16 * j + k) / 3;
+                const int at = pixel % 2 == 0 ? pixel / 2 : 8 + pixel / 2;
+                masks[j][c][k] = static_cast<signed char>((16 * j + k) % 3 == c ? at : -1);
+            }
     __m256i shuffle[3][3];
     for (int j = 0; j < 3; ++j)
         for (int c = 0; c < 3; ++c) shuffle[j][c] = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks[j][c])));
     int x = 0;
     for (; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
         const Yuv32 s = load_yuv32(row, x);
-        __m256i b[2];
-        __m256i g[2];
-        __m256i r[2];
-        for (int h = 0; h < 2; ++h) bgr16(s.y[h], s.u[h], s.v[h], b[h], g[h], r[h]);
-        const __m256i planes[3] = {_mm256_packus_epi16(b[0], b[1]), _mm256_packus_epi16(g[0], g[1]),
-                                   _mm256_packus_epi16(r[0], r[1])};
+        const ChromaTerms16 t = chroma_terms(s.u, s.v);
+        const __m256i planes[3] = {plane(s.y, t.blue), plane(s.y, t.green), plane(s.y, t.red)};
         __m256i out[3];
         for (int j = 0; j < 3; ++j)
             out[j] = _mm256_or_si256(_mm256_or_si256(_mm256_shuffle_epi8(planes[0], shuffle[j][0]),
