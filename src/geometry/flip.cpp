@@ -1,6 +1,8 @@
 // Exact quarter turns of grey, RGB and 32-bit images, mirror flips, and the half turn.
 #include "qel/geometry.h"
 
+#include "core/simd.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -14,17 +16,18 @@ constexpr int kTurnTile = 64;
 
 enum class Turn { kCounterClockwise, kClockwise };
 
-// Quarter turn of an image with B bytes a pixel. Counter-clockwise: source (x, y) goes to dst
-// column y, row width−1−x; clockwise: to dst column height−1−y, row x. dst is height wide.
+// Quarter turn of the source pixels x0 <= x < x1, y0 <= y < y1 of an image with B bytes a pixel.
+// Counter-clockwise: source (x, y) goes to dst column y, row width−1−x; clockwise: to dst column
+// height−1−y, row x. dst is height wide.
 template <int B, Turn turn>
-void quarter_turn(const unsigned char* src, int width, int height, unsigned char* dst) {
-    if (width <= 0 || height <= 0) return;
+void quarter_turn_area(const unsigned char* src, int width, int height, int x0, int x1, int y0, int y1,
+                       unsigned char* dst) {
     const ptrdiff_t srcStride = static_cast<ptrdiff_t>(width) * B;
     const ptrdiff_t dstStride = static_cast<ptrdiff_t>(height) * B;
-    for (int ty = 0; ty < height; ty += kTurnTile) {
-        const int yEnd = std::min(height, ty + kTurnTile);
-        for (int tx = 0; tx < width; tx += kTurnTile) {
-            const int xEnd = std::min(width, tx + kTurnTile);
+    for (int ty = y0; ty < y1; ty += kTurnTile) {
+        const int yEnd = std::min(y1, ty + kTurnTile);
+        for (int tx = x0; tx < x1; tx += kTurnTile) {
+            const int xEnd = std::min(x1, tx + kTurnTile);
             for (int x = tx; x < xEnd; ++x) {
                 // One source column piece becomes one piece of a dst row.
                 const unsigned char* in = src + static_cast<ptrdiff_t>(ty) * srcStride + static_cast<ptrdiff_t>(x) * B;
@@ -44,6 +47,63 @@ void quarter_turn(const unsigned char* src, int width, int height, unsigned char
             }
         }
     }
+}
+
+#ifdef QEL_SIMD_SSE2
+constexpr int kBlock = 16;  // grey pixels of a transposed block side
+
+// 16 × 16 transpose of grey blocks: four rounds of byte unpacks, each interleaving row k with row
+// k + 8 of the round before (a perfect shuffle of the 256 bytes; four of them swap the row and
+// column halves of each byte's index). The rows are taken bottom-up for a clockwise turn, so that
+// each transposed row is already a dst row piece in order.
+template <Turn turn>
+void quarter_turn_blocks(const unsigned char* src, int width, int height, int blocksX, int blocksY,
+                         unsigned char* dst) {
+    for (int by = 0; by < blocksY; ++by) {
+        const int y0 = by * kBlock;
+        for (int bx = 0; bx < blocksX; ++bx) {
+            const int x0 = bx * kBlock;
+            __m128i r[kBlock];
+            for (int k = 0; k < kBlock; ++k) {
+                const int y = turn == Turn::kClockwise ? y0 + kBlock - 1 - k : y0 + k;
+                r[k] = simd::load(src + static_cast<ptrdiff_t>(y) * width + x0);
+            }
+            for (int round = 0; round < 4; ++round) {
+                __m128i t[kBlock];
+                for (int k = 0; k < kBlock / 2; ++k) {
+                    t[2 * k] = _mm_unpacklo_epi8(r[k], r[k + kBlock / 2]);
+                    t[2 * k + 1] = _mm_unpackhi_epi8(r[k], r[k + kBlock / 2]);
+                }
+                for (int k = 0; k < kBlock; ++k) r[k] = t[k];
+            }
+            // r[i] now holds source column x0 + i.
+            for (int i = 0; i < kBlock; ++i) {
+                const int x = x0 + i;
+                unsigned char* out = turn == Turn::kClockwise
+                                         ? dst + static_cast<ptrdiff_t>(x) * height + (height - y0 - kBlock)
+                                         : dst + static_cast<ptrdiff_t>(width - 1 - x) * height + y0;
+                simd::store(out, r[i]);
+            }
+        }
+    }
+}
+#endif
+
+// Grey turns take whole 16 × 16 blocks by SSE2 and the right and bottom strips by the plain loop.
+template <int B, Turn turn>
+void quarter_turn(const unsigned char* src, int width, int height, unsigned char* dst) {
+    if (width <= 0 || height <= 0) return;
+#ifdef QEL_SIMD_SSE2
+    if (B == 1 && simd::sse2()) {
+        const int blocksX = width / kBlock;
+        const int blocksY = height / kBlock;
+        quarter_turn_blocks<turn>(src, width, height, blocksX, blocksY, dst);
+        quarter_turn_area<B, turn>(src, width, height, blocksX * kBlock, width, 0, height, dst);
+        quarter_turn_area<B, turn>(src, width, height, 0, blocksX * kBlock, blocksY * kBlock, height, dst);
+        return;
+    }
+#endif
+    quarter_turn_area<B, turn>(src, width, height, 0, width, 0, height, dst);
 }
 
 template <int B>

@@ -39,6 +39,22 @@ TEST(QuarterTurn, HandWorkedThreeByTwo) {
     EXPECT_EQ(turn(QelImgRotate90DegreeCS, src, 3, 2, false, 1), (Bytes{4, 1, 5, 2, 6, 3}));
 }
 
+TEST(QuarterTurn, GreyPixelsLandWhereTheTurnSendsThem) {
+    // Widths and heights on both sides of the 16 × 16 blocks and their multiples.
+    for (int w = 1; w <= 40; ++w)
+        for (int h : {1, 15, 16, 17, 33, 48}) {
+            const Bytes src = qel_test::random_bytes(static_cast<size_t>(w) * h, static_cast<unsigned>(w * 64 + h));
+            const Bytes ccs = turn(QelImgRotate90DegreeCCS, src, w, h, false, 1);
+            const Bytes cs = turn(QelImgRotate90DegreeCS, src, w, h, false, 1);
+            for (int y = 0; y < h; ++y)
+                for (int x = 0; x < w; ++x) {
+                    const unsigned char v = src[static_cast<size_t>(y * w + x)];
+                    ASSERT_EQ(ccs[static_cast<size_t>((w - 1 - x) * h + y)], v) << w << "x" << h << " at " << x << "," << y;
+                    ASSERT_EQ(cs[static_cast<size_t>(x * h + (h - 1 - y))], v) << w << "x" << h << " at " << x << "," << y;
+                }
+        }
+}
+
 TEST(QuarterTurn, TurnsComposeOnLargeImagesOfEveryPixelSize) {
     // Sizes across the 64-pixel tiles, including ragged last tiles.
     for (auto [w, h] : {std::pair{130, 67}, std::pair{1, 200}, std::pair{77, 1}}) {
