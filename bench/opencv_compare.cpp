@@ -131,6 +131,11 @@ int main(int argc, char** argv) {
     // Thresholds and histograms. Qel sets pixels >= T, OpenCV pixels > T.
     pairs.push_back({"Threshold / threshold", [&] { QelThreshold(grey.data(), w, h, 100, o); },
                      [&] { cv::threshold(mGrey, cvOut, 99, 255, cv::THRESH_BINARY); }, 2 * g});
+    std::vector<unsigned char> inversion(256);
+    for (int v = 0; v < 256; ++v) inversion[static_cast<size_t>(v)] = static_cast<unsigned char>(255 - v);
+    const cv::Mat mInversion(1, 256, CV_8UC1, inversion.data());
+    pairs.push_back({"InvertGryValue (look-up table) / LUT", [&] { QelInvertGryValue(grey.data(), w, h, o); },
+                     [&] { cv::LUT(mGrey, mInversion, cvOut); }, 2 * g});
     pairs.push_back({"histogram+Otsu+threshold / THRESH_OTSU",
                      [&] {
                          int hist[256];

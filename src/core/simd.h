@@ -4,7 +4,8 @@
 // SSE2 is part of every x86-64 processor and of the 32-bit x86 builds (compiled with -msse2 or
 // /arch:SSE2), so it is compiled in wherever it is available and QEL_NO_SIMD is not defined
 // (QEL_SIMD_SSE2). AVX2 kernels (QEL_SIMD_AVX2, core/simd_avx2.h) are compiled beside them with GCC
-// and clang on x86 through target attributes, and used only where the processor has AVX2. Which
+// and clang on x86 through target attributes, and used only where the processor has AVX2; the few
+// AVX-512 kernels (the byte permutes of look-up tables) likewise where it has AVX-512 VBMI. Which
 // set runs is chosen once per process at run time (simd::level()); every fast path sits beside a
 // portable loop that gives the same bytes, used for the tails of rows, on other processors, with
 // QEL_NO_SIMD, and when the environment variable QEL_SIMD asks for it (the tests run each path so).
@@ -14,17 +15,19 @@
 namespace qel {
 namespace simd {
 
-// The instruction sets of the fast paths, each including the ones before it.
-enum class Level { portable = 0, sse2 = 1, avx2 = 2 };
+// The instruction sets of the fast paths, each including the ones before it. avx512 stands for
+// AVX-512 F, BW and VBMI (byte permutes), which every such processor has with AVX2.
+enum class Level { portable = 0, sse2 = 1, avx2 = 2, avx512 = 3 };
 
 // The set the fast paths use in this process, decided on first use (thread-safe) and fixed after:
-// the best the build and the processor have, lowered by QEL_SIMD=portable|sse2|avx2 (a level the
-// processor lacks, or an unknown name, is ignored).
+// the best the build and the processor have, lowered by QEL_SIMD=portable|sse2|avx2|avx512 (a level
+// the processor lacks, or an unknown name, is ignored).
 Level level();
 
 // Whether the SSE2 (or AVX2) fast paths run.
 inline bool sse2() { return level() >= Level::sse2; }
 inline bool avx2() { return level() >= Level::avx2; }
+inline bool avx512() { return level() >= Level::avx512; }
 
 }  // namespace simd
 }  // namespace qel

@@ -1,4 +1,5 @@
-// AVX2 helpers for the fast paths that the processor may run (see simd.h for the run-time choice).
+// AVX2 (and AVX-512) helpers for the fast paths that the processor may run (see simd.h for the
+// run-time choice).
 //
 // The kernels are compiled with __attribute__((target("avx2"))) in an ordinary build, so one
 // library serves processors with and without AVX2; callers check simd::avx2() before entering one.
@@ -12,6 +13,9 @@
 #if defined(QEL_SIMD_SSE2) && defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 #define QEL_SIMD_AVX2 1
 #define QEL_TARGET_AVX2 __attribute__((target("avx2")))
+// AVX-512 with byte permutes, for the kernels that simd::avx512() admits.
+#define QEL_SIMD_AVX512 1
+#define QEL_TARGET_AVX512 __attribute__((target("avx2,avx512f,avx512bw,avx512vbmi")))
 #include <immintrin.h>
 
 namespace qel {

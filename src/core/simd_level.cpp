@@ -11,10 +11,12 @@ namespace {
 
 Level best_available() {
 #if defined(QEL_SIMD_AVX2)
-    // __builtin_cpu_supports also checks that the system saves the 256-bit registers.
+    // __builtin_cpu_supports also checks that the system saves the 256-bit (and 512-bit) registers.
     __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2")) return Level::avx2;
-    return Level::sse2;
+    if (!__builtin_cpu_supports("avx2")) return Level::sse2;
+    const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                        __builtin_cpu_supports("avx512vbmi");
+    return avx512 ? Level::avx512 : Level::avx2;
 #elif defined(QEL_SIMD_SSE2)
     return Level::sse2;
 #else
@@ -29,7 +31,7 @@ Level requested(Level best) {
     const struct {
         const char* name;
         Level level;
-    } names[] = {{"portable", Level::portable}, {"sse2", Level::sse2}, {"avx2", Level::avx2}};
+    } names[] = {{"portable", Level::portable}, {"sse2", Level::sse2}, {"avx2", Level::avx2}, {"avx512", Level::avx512}};
     for (const auto& n : names)
         if (std::strcmp(name, n.name) == 0) return n.level < best ? n.level : best;
     return best;

@@ -1,0 +1,35 @@
+// The shared look-up-table loop, through two public point operations that use it.
+#include <gtest/gtest.h>
+
+#include <qel.h>
+
+#include "support/test_images.h"
+
+namespace {
+
+using qel_test::Bytes;
+
+// Widths 1..140 give every tail of the 64-pixel steps; one and two rows. The inversion reads the
+// table's low and high halves alike, the odd-pixel table is not monotonic; into another buffer
+// (with a guard byte after the image) and in place.
+TEST(LookUpTables, EveryWidthGivesTheTableValues) {
+    for (int w = 1; w <= 140; ++w)
+        for (int h : {1, 2}) {
+            SCOPED_TRACE(testing::Message() << w << " x " << h);
+            const size_t n = static_cast<size_t>(w) * h;
+            const Bytes img = qel_test::random_bytes(n, static_cast<unsigned>(w * 3 + h));
+            Bytes inverted(n + 1, 77);
+            Bytes src = img;
+            QelInvertGryValue(src.data(), w, h, inverted.data());
+            ASSERT_EQ(src, img);
+            ASSERT_EQ(inverted.back(), 77);
+            Bytes odd = img;
+            QelSetOddPixelsTo255(odd.data(), w, h);
+            for (size_t i = 0; i < n; ++i) {
+                ASSERT_EQ(inverted[i], 255 - img[i]) << i;
+                ASSERT_EQ(odd[i], img[i] % 2 != 0 ? 255 : img[i]) << i;
+            }
+        }
+}
+
+}  // namespace
