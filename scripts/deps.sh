@@ -30,6 +30,12 @@ fi
 if [ "${1:-}" = "clang" ]; then
   command -v clang++ >/dev/null 2>&1 || need+=(clang)
 fi
+# The fuzzers (scripts/test.sh fuzz): clang++ with libFuzzer and the sanitizer runtimes.
+if [ "${1:-}" = "fuzz" ]; then
+  command -v clang++ >/dev/null 2>&1 || need+=(clang)
+  clang_rt=$(clang++ -print-resource-dir 2>/dev/null || true)
+  ls "$clang_rt"/lib/linux/libclang_rt.fuzzer-*.a >/dev/null 2>&1 || need+=(libclang-rt-14-dev)
+fi
 if [ "${1:-}" = "m32" ]; then
   dpkg -s g++-multilib >/dev/null 2>&1 || need+=(g++-multilib)
   [ -f /usr/src/googletest/CMakeLists.txt ] || need+=(googletest)

@@ -3,6 +3,7 @@
 # `scripts/test.sh asan` (AddressSanitizer + UndefinedBehaviorSanitizer build) or
 # `scripts/test.sh portable` (portable loops instead of SIMD) or
 # `scripts/test.sh clang` (clang++ 64-bit) or
+# `scripts/test.sh fuzz` (clang++ libFuzzer targets, each run 20 s from its corpus under ASan + UBSan) or
 # `scripts/test.sh m32` (g++ -m32, 32-bit x86; without the tool and the Python package) or
 # `scripts/test.sh tsan` (ThreadSanitizer: builds only the library and its concurrency test).
 set -euo pipefail
