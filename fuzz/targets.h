@@ -31,9 +31,9 @@ constexpr Target kTargets[] = {
     {"camera_frame", camera_frame}, {"options", options}, {"image_loader", image_loader},
 };
 
-// The library's readers take a file name: the input is written to a file of this process in the
-// temporary directory, one per target, rewritten for every input and removed when the process
-// ends. Returns its path.
+// The library's readers take a file name: the input is written to a file of this process, one per
+// target, rewritten for every input and removed when the process ends: in memory-backed /dev/shm
+// where it exists, else in the temporary directory. Returns its path.
 std::string inputFile(const char* target, const uint8_t* data, size_t size);
 
 // Prints "<target>: <what>" to stderr and aborts unless `ok`.
