@@ -2,6 +2,7 @@
 #include "qel/geometry.h"
 
 #include "core/simd.h"
+#include "core/simd_avx2.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -50,56 +51,131 @@ void quarter_turn_area(const unsigned char* src, int width, int height, int x0, 
 }
 
 #ifdef QEL_SIMD_SSE2
-constexpr int kBlock = 16;  // grey pixels of a transposed block side
+constexpr int kBlock = 16;  // pixels of a transposed block side
 
-// 16 × 16 transpose of grey blocks: four rounds of byte unpacks, each interleaving row k with row
-// k + 8 of the round before (a perfect shuffle of the 256 bytes; four of them swap the row and
-// column halves of each byte's index). The rows are taken bottom-up for a clockwise turn, so that
-// each transposed row is already a dst row piece in order.
-template <Turn turn>
-void quarter_turn_blocks(const unsigned char* src, int width, int height, int blocksX, int blocksY,
-                         unsigned char* dst) {
-    for (int by = 0; by < blocksY; ++by) {
-        const int y0 = by * kBlock;
-        for (int bx = 0; bx < blocksX; ++bx) {
-            const int x0 = bx * kBlock;
-            __m128i r[kBlock];
-            for (int k = 0; k < kBlock; ++k) {
-                const int y = turn == Turn::kClockwise ? y0 + kBlock - 1 - k : y0 + k;
-                r[k] = simd::load(src + static_cast<ptrdiff_t>(y) * width + x0);
-            }
-            for (int round = 0; round < 4; ++round) {
-                __m128i t[kBlock];
-                for (int k = 0; k < kBlock / 2; ++k) {
-                    t[2 * k] = _mm_unpacklo_epi8(r[k], r[k + kBlock / 2]);
-                    t[2 * k + 1] = _mm_unpackhi_epi8(r[k], r[k + kBlock / 2]);
-                }
-                for (int k = 0; k < kBlock; ++k) r[k] = t[k];
-            }
-            // r[i] now holds source column x0 + i.
-            for (int i = 0; i < kBlock; ++i) {
-                const int x = x0 + i;
-                unsigned char* out = turn == Turn::kClockwise
-                                         ? dst + static_cast<ptrdiff_t>(x) * height + (height - y0 - kBlock)
-                                         : dst + static_cast<ptrdiff_t>(width - 1 - x) * height + y0;
-                simd::store(out, r[i]);
-            }
+// 16 × 16 byte transpose: four rounds of byte unpacks, each interleaving row k with row k + 8 of
+// the round before (a perfect shuffle of the 256 bytes; four of them swap the row and column halves
+// of each byte's index). Afterwards r[i] holds byte i of every row, in row order.
+inline void transpose16(__m128i r[kBlock]) {
+    for (int round = 0; round < 4; ++round) {
+        __m128i t[kBlock];
+        for (int k = 0; k < kBlock / 2; ++k) {
+            t[2 * k] = _mm_unpacklo_epi8(r[k], r[k + kBlock / 2]);
+            t[2 * k + 1] = _mm_unpackhi_epi8(r[k], r[k + kBlock / 2]);
         }
+        for (int k = 0; k < kBlock; ++k) r[k] = t[k];
     }
+}
+
+// Where the block at (x0, y0) puts source column x0 + i: the dst row piece of 16 pixels. The block's
+// rows are read bottom-up for a clockwise turn, so that a transposed row is already in dst order.
+template <int B, Turn turn>
+struct TurnBlock {
+    const unsigned char* src;
+    int width;
+    int height;
+    unsigned char* dst;
+
+    int row_read(int y0, int k) const { return turn == Turn::kClockwise ? y0 + kBlock - 1 - k : y0 + k; }
+    const unsigned char* source(int x0, int y) const {
+        return src + (static_cast<ptrdiff_t>(y) * width + x0) * B;
+    }
+    unsigned char* target(int x, int y0) const {
+        const ptrdiff_t row = turn == Turn::kClockwise ? x : width - 1 - x;
+        const ptrdiff_t column = turn == Turn::kClockwise ? height - y0 - kBlock : y0;
+        return dst + (row * height + column) * B;
+    }
+};
+
+// Grey blocks: one transpose.
+template <Turn turn>
+void turn_grey_block(const TurnBlock<1, turn>& b, int x0, int y0) {
+    __m128i r[kBlock];
+    for (int k = 0; k < kBlock; ++k) r[k] = simd::load(b.source(x0, b.row_read(y0, k)));
+    transpose16(r);
+    for (int i = 0; i < kBlock; ++i) simd::store(b.target(x0 + i, y0), r[i]);
+}
+
+#ifdef QEL_SIMD_AVX2
+// Three-byte blocks: the 48 bytes of each row are transposed as three 16 × 16 byte blocks, so that
+// byte q of every row (pixel q / 3, channel q % 3) is one register; byte shuffles then interleave
+// each pixel's three channel registers into its 48-byte dst row piece.
+template <Turn turn>
+QEL_TARGET_AVX2 void turn_rgb_block(const TurnBlock<3, turn>& b, int x0, int y0, const __m128i shuffle[3][3]) {
+    __m128i r[3][kBlock];
+    for (int k = 0; k < kBlock; ++k) {
+        const unsigned char* p = b.source(x0, b.row_read(y0, k));
+        for (int c = 0; c < 3; ++c) r[c][k] = simd::load(p + simd::kLanes * c);
+    }
+    for (int c = 0; c < 3; ++c) transpose16(r[c]);
+    for (int i = 0; i < kBlock; ++i) {
+        const __m128i* channel[3] = {&r[(3 * i) / kBlock][(3 * i) % kBlock], &r[(3 * i + 1) / kBlock][(3 * i + 1) % kBlock],
+                                     &r[(3 * i + 2) / kBlock][(3 * i + 2) % kBlock]};
+        unsigned char* out = b.target(x0 + i, y0);
+        for (int j = 0; j < 3; ++j)
+            simd::store(out + simd::kLanes * j,
+                        _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(*channel[0], shuffle[j][0]),
+                                                  _mm_shuffle_epi8(*channel[1], shuffle[j][1])),
+                                     _mm_shuffle_epi8(*channel[2], shuffle[j][2])));
+    }
+}
+
+template <Turn turn>
+QEL_TARGET_AVX2 void turn_rgb_blocks(const TurnBlock<3, turn>& b, int blocksX, int blocksY) {
+    // Byte k of output register j is byte 16j + k of the 48: row (16j + k) / 3 of channel
+    // (16j + k) % 3; -1 where another channel's byte goes.
+    __m128i shuffle[3][3];
+    for (int j = 0; j < 3; ++j)
+        for (int c = 0; c < 3; ++c) {
+            alignas(16) signed char mask[16];
+            for (int k = 0; k < 16; ++k)
+                mask[k] = static_cast<signed char>((16 * j + k) % 3 == c ? (16 * j + k) / 3 : -1);
+            shuffle[j][c] = _mm_load_si128(reinterpret_cast<const __m128i*>(mask));
+        }
+    // Tiles of 4 × 4 blocks, so that each dst row piece written is 192 bytes: whole cache lines.
+    constexpr int kTileBlocks = kTurnTile / kBlock;
+    for (int ty = 0; ty < blocksY; ty += kTileBlocks)
+        for (int tx = 0; tx < blocksX; tx += kTileBlocks)
+            for (int bx = tx; bx < std::min(blocksX, tx + kTileBlocks); ++bx)
+                for (int by = ty; by < std::min(blocksY, ty + kTileBlocks); ++by)
+                    turn_rgb_block(b, bx * kBlock, by * kBlock, shuffle);
 }
 #endif
 
-// Grey turns take whole 16 × 16 blocks by SSE2 and the right and bottom strips by the plain loop.
+// Whole 16 × 16 blocks by SIMD where there is a kernel for B-byte pixels (grey with SSE2, RGB with
+// AVX2); returns false where there is none. The right and bottom strips are left to the caller.
+template <int B, Turn turn>
+bool quarter_turn_blocks(const unsigned char* src, int width, int height, unsigned char* dst) {
+    const TurnBlock<B, turn> b{src, width, height, dst};
+    const int blocksX = width / kBlock;
+    const int blocksY = height / kBlock;
+    if constexpr (B == 1) {
+        if (!simd::sse2()) return false;
+        for (int by = 0; by < blocksY; ++by)
+            for (int bx = 0; bx < blocksX; ++bx) turn_grey_block(b, bx * kBlock, by * kBlock);
+        return true;
+    }
+#ifdef QEL_SIMD_AVX2
+    if constexpr (B == 3) {
+        if (!simd::avx2()) return false;
+        turn_rgb_blocks(b, blocksX, blocksY);
+        return true;
+    }
+#endif
+    return false;
+}
+#endif
+
+// Grey (and, with AVX2, RGB) turns take whole 16 × 16 blocks by SIMD and the right and bottom
+// strips by the tiled loop.
 template <int B, Turn turn>
 void quarter_turn(const unsigned char* src, int width, int height, unsigned char* dst) {
     if (width <= 0 || height <= 0) return;
 #ifdef QEL_SIMD_SSE2
-    if (B == 1 && simd::sse2()) {
-        const int blocksX = width / kBlock;
-        const int blocksY = height / kBlock;
-        quarter_turn_blocks<turn>(src, width, height, blocksX, blocksY, dst);
-        quarter_turn_area<B, turn>(src, width, height, blocksX * kBlock, width, 0, height, dst);
-        quarter_turn_area<B, turn>(src, width, height, 0, blocksX * kBlock, blocksY * kBlock, height, dst);
+    if (quarter_turn_blocks<B, turn>(src, width, height, dst)) {
+        const int blockedX = width / kBlock * kBlock;
+        quarter_turn_area<B, turn>(src, width, height, blockedX, width, 0, height, dst);
+        quarter_turn_area<B, turn>(src, width, height, 0, blockedX, height / kBlock * kBlock, height, dst);
         return;
     }
 #endif

@@ -39,20 +39,23 @@ TEST(QuarterTurn, HandWorkedThreeByTwo) {
     EXPECT_EQ(turn(QelImgRotate90DegreeCS, src, 3, 2, false, 1), (Bytes{4, 1, 5, 2, 6, 3}));
 }
 
-TEST(QuarterTurn, GreyPixelsLandWhereTheTurnSendsThem) {
-    // Widths and heights on both sides of the 16 × 16 blocks and their multiples.
-    for (int w = 1; w <= 40; ++w)
-        for (int h : {1, 15, 16, 17, 33, 48}) {
-            const Bytes src = qel_test::random_bytes(static_cast<size_t>(w) * h, static_cast<unsigned>(w * 64 + h));
-            const Bytes ccs = turn(QelImgRotate90DegreeCCS, src, w, h, false, 1);
-            const Bytes cs = turn(QelImgRotate90DegreeCS, src, w, h, false, 1);
-            for (int y = 0; y < h; ++y)
-                for (int x = 0; x < w; ++x) {
-                    const unsigned char v = src[static_cast<size_t>(y * w + x)];
-                    ASSERT_EQ(ccs[static_cast<size_t>((w - 1 - x) * h + y)], v) << w << "x" << h << " at " << x << "," << y;
-                    ASSERT_EQ(cs[static_cast<size_t>(x * h + (h - 1 - y))], v) << w << "x" << h << " at " << x << "," << y;
-                }
-        }
+TEST(QuarterTurn, PixelsLandWhereTheTurnSendsThem) {
+    // Grey and RGB; widths and heights on both sides of the 16 × 16 blocks and their multiples.
+    for (int B : {1, 3})
+        for (int w = 1; w <= 40; ++w)
+            for (int h : {1, 15, 16, 17, 33, 48}) {
+                SCOPED_TRACE(testing::Message() << B << " bytes, " << w << " x " << h);
+                const Bytes src = qel_test::random_bytes(static_cast<size_t>(w) * h * B, static_cast<unsigned>(w * 64 + h));
+                const Bytes ccs = turn(QelImgRotate90DegreeCCS, src, w, h, B == 3, B);
+                const Bytes cs = turn(QelImgRotate90DegreeCS, src, w, h, B == 3, B);
+                const auto pixel = [&](const Bytes& img, int i) { return Bytes(img.begin() + i * B, img.begin() + (i + 1) * B); };
+                for (int y = 0; y < h; ++y)
+                    for (int x = 0; x < w; ++x) {
+                        const Bytes v = pixel(src, y * w + x);
+                        ASSERT_EQ(pixel(ccs, (w - 1 - x) * h + y), v) << x << "," << y;
+                        ASSERT_EQ(pixel(cs, x * h + (h - 1 - y)), v) << x << "," << y;
+                    }
+            }
 }
 
 TEST(QuarterTurn, TurnsComposeOnLargeImagesOfEveryPixelSize) {
