@@ -8,8 +8,14 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <string>
 #include <vector>
+
+namespace qel_fuzz {
+// Names the target in test listings instead of dumping its bytes.
+void PrintTo(const Target& t, std::ostream* os) { *os << t.name; }
+}  // namespace qel_fuzz
 
 namespace {
 
