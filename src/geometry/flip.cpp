@@ -199,6 +199,35 @@ void grey_or_rgb_turn(const unsigned char* src, int width, int height, bool isRG
 
 size_t row_bytes(int width, bool isRGB) { return static_cast<size_t>(width) * (isRGB ? 3 : 1); }
 
+#ifdef QEL_SIMD_AVX2
+// Reverses the outer 32-byte pieces of a row pair by pair, from both ends inwards (each byte
+// reversed within its 128-bit lane, then the lanes swapped); returns how many bytes of each end it
+// did. The middle is left to the caller.
+QEL_TARGET_AVX2 int reverse_row_ends_avx2(unsigned char* row, int width) {
+    const __m256i backwards = _mm256_setr_epi8(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0,  //
+                                               15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+    int done = 0;
+    for (; 2 * (done + avx2::kLanes) <= width; done += avx2::kLanes) {
+        unsigned char* left = row + done;
+        unsigned char* right = row + width - done - avx2::kLanes;
+        const __m256i a = avx2::load(left);
+        const __m256i b = avx2::load(right);
+        avx2::store(left, _mm256_permute4x64_epi64(_mm256_shuffle_epi8(b, backwards), 0x4E));
+        avx2::store(right, _mm256_permute4x64_epi64(_mm256_shuffle_epi8(a, backwards), 0x4E));
+    }
+    return done;
+}
+#endif
+
+// A row reversed in place: 32-byte pieces from both ends with AVX2, the middle byte by byte.
+void reverse_row(unsigned char* row, int width) {
+    int done = 0;
+#ifdef QEL_SIMD_AVX2
+    if (simd::avx2()) done = reverse_row_ends_avx2(row, width);
+#endif
+    std::reverse(row + done, row + width - done);
+}
+
 }  // namespace
 }  // namespace qel
 
@@ -218,10 +247,7 @@ void QelRGB32Rotate90Degree(unsigned char* src, int width, int height, bool cloc
 
 void QelFlipHorizontal(unsigned char* img, int width, int height) {
     if (width <= 0 || height <= 0) return;
-    for (int y = 0; y < height; ++y) {
-        unsigned char* row = img + static_cast<ptrdiff_t>(y) * width;
-        std::reverse(row, row + width);
-    }
+    for (int y = 0; y < height; ++y) qel::reverse_row(img + static_cast<ptrdiff_t>(y) * width, width);
 }
 
 void QelFlipVertical(unsigned char* src, int width, int height, bool isRGB, unsigned char* dst) {

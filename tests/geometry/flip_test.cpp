@@ -96,6 +96,14 @@ TEST(Flip, HorizontalMirrorsEachRowAndTwiceRestores) {
     QelFlipHorizontal(img.data(), 33, 17);
     QelFlipHorizontal(img.data(), 33, 17);
     EXPECT_EQ(img, src);
+    // Widths 1..140: every middle left between the 32-byte pieces taken from both ends.
+    for (int w = 1; w <= 140; ++w) {
+        const Bytes row = qel_test::random_bytes(static_cast<size_t>(2 * w), static_cast<unsigned>(w));
+        Bytes flipped = row;
+        QelFlipHorizontal(flipped.data(), w, 2);
+        for (int y = 0; y < 2; ++y)
+            for (int x = 0; x < w; ++x) ASSERT_EQ(flipped[static_cast<size_t>(y * w + x)], row[static_cast<size_t>(y * w + w - 1 - x)]) << w;
+    }
 }
 
 TEST(Flip, VerticalCopyAndInPlaceAgreeAndTwiceRestore) {
