@@ -5,7 +5,9 @@
 # `scripts/test.sh clang` (clang++ 64-bit) or
 # `scripts/test.sh fuzz` (clang++ libFuzzer targets, each run 20 s from its corpus under ASan + UBSan) or
 # `scripts/test.sh m32` (g++ -m32, 32-bit x86; without the tool and the Python package) or
-# `scripts/test.sh tsan` (ThreadSanitizer: builds only the library and its concurrency test).
+# `scripts/test.sh tsan` (ThreadSanitizer: builds only the library and its concurrency test) or
+# `scripts/test.sh mingw` (Windows x86-64 cross build, the whole suite under wine64) or
+# `scripts/test.sh mingw32` (Windows 32-bit x86 cross build: qel.dll and its export check only).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset="${1:-dev}"
