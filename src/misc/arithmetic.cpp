@@ -50,7 +50,12 @@ QEL_BYTE_OP(MinOp, std::min(x, y), _mm_min_epu8(x, y), _mm256_min_epu8(x, y))
 template <typename Op>
 QEL_TARGET_AVX2 size_t combine_avx2(const unsigned char* a, const unsigned char* b, size_t count, unsigned char* out,
                                     Op op) {
+    // The first bytes one by one up to a 32-byte boundary of out, so that no store splits a cache
+    // line (the loads may).
     size_t i = 0;
+    const size_t head = (qel::avx2::kLanes - reinterpret_cast<uintptr_t>(out) % qel::avx2::kLanes) % qel::avx2::kLanes;
+    if (count < head + qel::avx2::kLanes) return 0;
+    for (; i < head; ++i) out[i] = static_cast<unsigned char>(op(a[i], b[i]));
     for (; i + qel::avx2::kLanes <= count; i += qel::avx2::kLanes)
         qel::avx2::store(out + i, op(qel::avx2::load(a + i), qel::avx2::load(b + i)));
     return i;

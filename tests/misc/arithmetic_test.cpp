@@ -61,6 +61,19 @@ TEST(PixelwiseOps, AgreeWithPerByteReferences) {
     for (int w = 1; w <= 70; ++w) check_pixelwise_ops(w, 1 + w % 3);
 }
 
+TEST(PixelwiseOps, EveryOutputAlignmentAndLength) {
+    // The wide steps start where the output reaches a 32-byte boundary: every offset of the
+    // buffers, lengths around one and two steps; the byte after the output stays untouched.
+    Bytes a = qel_test::random_bytes(200, 5), b = qel_test::random_bytes(200, 6);
+    for (int offset = 0; offset < 32; ++offset)
+        for (int n : {1, 31, 32, 33, 63, 64, 65, 100, 130}) {
+            Bytes r(200, 7);
+            QelImg1XorImg2ToRes(a.data() + offset, b.data() + offset, n, r.data() + offset);
+            for (int i = 0; i < n; ++i) ASSERT_EQ(r[offset + i], a[offset + i] ^ b[offset + i]) << offset << " " << n;
+            ASSERT_EQ(r[offset + n], 7) << offset << " " << n;
+        }
+}
+
 TEST(PixelwiseOps, DifferenceImageAgreesWithPerPixelReference) {
     for (int w = 1; w <= 70; ++w)
         for (bool isRGB : {false, true}) {
