@@ -19,13 +19,16 @@ constexpr unsigned char kBackground = 0;
 constexpr unsigned char kObject = 255;
 
 #ifdef QEL_SIMD_AVX2
-// threshold_span's whole 32-pixel steps for t < 256; returns how many pixels it did.
+// threshold_span's whole 32-pixel steps for t < 256, after the first pixels up to a 32-byte
+// boundary of dst (so that no store splits a cache line); returns how many pixels it did.
 QEL_TARGET_AVX2 size_t threshold_avx2(const unsigned char* src, size_t count, int t, unsigned char low,
                                       unsigned char high, unsigned char* dst) {
     const __m256i tv = _mm256_set1_epi8(static_cast<char>(t));
     const __m256i lv = _mm256_set1_epi8(static_cast<char>(low));
     const __m256i hv = _mm256_set1_epi8(static_cast<char>(high));
-    size_t i = 0;
+    size_t i = (avx2::kLanes - reinterpret_cast<uintptr_t>(dst) % avx2::kLanes) % avx2::kLanes;
+    if (count < i + avx2::kLanes) return 0;
+    for (size_t k = 0; k < i; ++k) dst[k] = src[k] >= t ? high : low;
     for (; i + avx2::kLanes <= count; i += avx2::kLanes)
         avx2::store(dst + i, avx2::select(avx2::at_least(avx2::load(src + i), tv), hv, lv));
     return i;

@@ -32,4 +32,16 @@ TEST(LookUpTables, EveryWidthGivesTheTableValues) {
         }
 }
 
+// The wide steps start where the output reaches a 64-byte boundary: every offset of the image.
+TEST(LookUpTables, EveryOutputAlignment) {
+    Bytes img = qel_test::random_bytes(400, 9);
+    for (int offset = 0; offset < 64; ++offset)
+        for (int n : {1, 63, 64, 65, 127, 128, 129, 300}) {
+            Bytes out(400, 7);
+            QelInvertGryValue(img.data() + offset, n, 1, out.data() + offset);
+            for (int i = 0; i < n; ++i) ASSERT_EQ(out[offset + i], 255 - img[offset + i]) << offset << " " << n;
+            ASSERT_EQ(out[offset + n], 7) << offset << " " << n;
+        }
+}
+
 }  // namespace

@@ -205,7 +205,7 @@ TEST(Binarisation, ShrinkReportsTruncatedSizeButWritesFullRows) {
 }  // namespace
 
 TEST(Binarisation, EveryWidthAndTailFollowsTheRule) {
-    // Widths 1..70 cover every tail of the 16-pixel steps; thresholds at and past the ends.
+    // Widths 1..70 cover every tail of the 16- and 32-pixel steps; thresholds at and past the ends.
     for (int w = 1; w <= 70; ++w)
         for (int t : {-1, 0, 1, 128, 255, 256}) {
             SCOPED_TRACE(testing::Message() << w << " T " << t);
@@ -218,5 +218,17 @@ TEST(Binarisation, EveryWidthAndTailFollowsTheRule) {
                 ASSERT_EQ(out[i], img[i] >= t ? 255 : 0);
                 ASSERT_EQ(twoLevels[i], img[i] >= t ? 250 : 5);
             }
+        }
+}
+
+TEST(Binarisation, EveryOutputAlignment) {
+    // The 32-pixel steps start where the output reaches a 32-byte boundary: every offset.
+    Bytes img = qel_test::random_bytes(200, 3);
+    for (int offset = 0; offset < 32; ++offset)
+        for (int n : {1, 31, 32, 33, 63, 64, 65, 130}) {
+            Bytes out(200, 9);
+            QelThreshold(img.data() + offset, n, 1, 100, out.data() + offset);
+            for (int i = 0; i < n; ++i) ASSERT_EQ(out[offset + i], img[offset + i] >= 100 ? 255 : 0) << offset << " " << n;
+            ASSERT_EQ(out[offset + n], 9) << offset << " " << n;
         }
 }
