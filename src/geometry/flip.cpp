@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace qel {
@@ -219,6 +220,33 @@ QEL_TARGET_AVX2 int reverse_row_ends_avx2(unsigned char* row, int width) {
 }
 #endif
 
+#ifdef QEL_SIMD_AVX2
+// One row of at least 32 bytes copied 32 bytes a step, the last step ending at the row's end
+// (overlapping the one before): no call per row, which costs as much as the copy for image rows.
+// Every load of a step comes before its store, so a row may be copied onto itself.
+QEL_TARGET_AVX2 void copy_row_avx2(const unsigned char* from, size_t count, unsigned char* to) {
+    // The first and last 32 bytes are loaded before anything is stored; the steps between start at
+    // a 32-byte boundary of `to`, so that none of their stores splits a cache line.
+    const __m256i first = avx2::load(from);
+    const __m256i last = avx2::load(from + count - avx2::kLanes);
+    size_t i = avx2::kLanes - reinterpret_cast<uintptr_t>(to) % avx2::kLanes;
+    for (; i + avx2::kLanes < count; i += avx2::kLanes) avx2::store(to + i, avx2::load(from + i));
+    avx2::store(to, first);
+    avx2::store(to + count - avx2::kLanes, last);
+}
+#endif
+
+// memmove of one row (to and from are the same row or do not overlap).
+void copy_row(const unsigned char* from, size_t count, unsigned char* to) {
+#ifdef QEL_SIMD_AVX2
+    if (count >= static_cast<size_t>(avx2::kLanes) && simd::avx2()) {
+        copy_row_avx2(from, count, to);
+        return;
+    }
+#endif
+    std::memmove(to, from, count);
+}
+
 // A row reversed in place: 32-byte pieces from both ends with AVX2, the middle byte by byte.
 void reverse_row(unsigned char* row, int width) {
     int done = 0;
@@ -254,8 +282,7 @@ void QelFlipVertical(unsigned char* src, int width, int height, bool isRGB, unsi
     if (width <= 0 || height <= 0) return;
     const size_t rowBytes = row_bytes(width, isRGB);
     for (int y = 0; y < height; ++y)
-        std::memmove(dst + static_cast<size_t>(height - 1 - y) * rowBytes, src + static_cast<size_t>(y) * rowBytes,
-                     rowBytes);
+        qel::copy_row(src + static_cast<size_t>(y) * rowBytes, rowBytes, dst + static_cast<size_t>(height - 1 - y) * rowBytes);
 }
 
 void QelFlipVertical(unsigned char* img, int width, int height, bool isRGB) {

@@ -107,9 +107,11 @@ TEST(Flip, HorizontalMirrorsEachRowAndTwiceRestores) {
 }
 
 TEST(Flip, VerticalCopyAndInPlaceAgreeAndTwiceRestore) {
+    // Rows of 5 to 150 bytes: short rows, and every tail and alignment of the 32-byte row copies.
     for (int h : {1, 6, 7}) {
         for (bool rgb : {false, true}) {
-            const int w = 5, B = rgb ? 3 : 1;
+          for (int w : {5, 11, 21, 32, 33, 50}) {
+            const int B = rgb ? 3 : 1;
             const Bytes src = qel_test::random_bytes(static_cast<size_t>(w) * h * B, h);
             Bytes copy = src;
             GuardedImage dst(w, h, B);
@@ -122,6 +124,7 @@ TEST(Flip, VerticalCopyAndInPlaceAgreeAndTwiceRestore) {
             EXPECT_EQ(copy, flipped);
             QelFlipVertical(copy.data(), w, h, rgb);
             EXPECT_EQ(copy, src);
+          }
         }
     }
 }
