@@ -177,42 +177,51 @@ int reduce_quadrant(double x, DD& r) {
     return n;
 }
 
-// sin r = r (1 − r²/(2·3) (1 − r²/(4·5) (1 − ...))) for |r| ≤ pi/4; 14 levels leave < 2^−100.
-DD sin_series(DD r) {
-    const DD r2 = mul(r, r);
-    DD s = {1.0, 0.0};
-    for (int n = 14; n >= 1; --n) s = add(neg(div(mul(r2, s), static_cast<double>((2 * n) * (2 * n + 1)))), 1.0);
-    return mul(r, s);
-}
-
-// cos r = 1 − r²/(1·2) (1 − r²/(3·4) (1 − ...)).
-DD cos_series(DD r) {
-    const DD r2 = mul(r, r);
-    DD c = {1.0, 0.0};
-    for (int n = 14; n >= 1; --n) c = add(neg(div(mul(r2, c), static_cast<double>((2 * n - 1) * (2 * n)))), 1.0);
+// Series coefficients in double-double, made once: (−1)^k/(2k+1)!, (−1)^k/(2k)!, 1/n!, and
+// ±1/(2k+1).
+constexpr int kSinCosTerms = 15;
+constexpr int kExpTerms = 25;
+constexpr int kOddTerms = 24;
+struct Coefficients {
+    DD sin[kSinCosTerms];
+    DD cos[kSinCosTerms];
+    DD exp[kExpTerms];
+    DD atan[kOddTerms];
+    DD atanh[kOddTerms];
+};
+const Coefficients& coefficients() {
+    static const Coefficients c = [] {
+        Coefficients t{};
+        DD factorial = {1.0, 0.0};  // 1/n!
+        for (int n = 0; n < 2 * kSinCosTerms; ++n) {
+            if (n > 0) factorial = div(factorial, static_cast<double>(n));
+            if (n < kExpTerms) t.exp[n] = factorial;
+            const DD signedFactorial = (n / 2) % 2 == 0 ? factorial : neg(factorial);
+            (n % 2 == 0 ? t.cos : t.sin)[n / 2] = signedFactorial;
+        }
+        for (int k = 0; k < kOddTerms; ++k) {
+            t.atanh[k] = div(DD{1.0, 0.0}, static_cast<double>(2 * k + 1));
+            t.atan[k] = k % 2 == 0 ? t.atanh[k] : neg(t.atanh[k]);
+        }
+        return t;
+    }();
     return c;
 }
 
-// 1/(2k + 1) for k = 0..kOddCount − 1, the coefficients of the atan and atanh series.
-constexpr int kOddCount = 24;
-const DD* odd_reciprocals() {
-    static const auto table = [] {
-        struct Table {
-            DD v[kOddCount];
-        } t{};
-        for (int k = 0; k < kOddCount; ++k) t.v[k] = div(DD{1.0, 0.0}, static_cast<double>(2 * k + 1));
-        return t;
-    }();
-    return table.v;
+// sum of c[k] z^k for k < n by Horner's rule. The terms from k = wide on are below 2^−48 of the
+// sum for the arguments each caller passes, so they are summed in plain double; the rest in
+// double-double.
+DD series(const DD* c, int n, int wide, DD z) {
+    double tail = c[n - 1].hi;
+    for (int k = n - 2; k >= wide; --k) tail = c[k].hi + z.hi * tail;
+    DD s = {tail, 0.0};
+    for (int k = wide - 1; k >= 0; --k) s = add(c[k], mul(z, s));
+    return s;
 }
 
-// sum of sign^k · t^(2k) / (2k + 1) for k = 0..terms − 1, by Horner's rule.
-DD odd_series(DD t2, double sign, int terms) {
-    const DD* c = odd_reciprocals();
-    DD a = c[terms - 1];
-    for (int k = terms - 2; k >= 0; --k) a = add(c[k], mul(mul(t2, a), sign));
-    return a;
-}
+// |r| ≤ pi/4: r² ≤ 0.62, and r^16/17! < 2^−54, the last terms below 2^−100.
+DD sin_series(DD r) { return mul(r, series(coefficients().sin, kSinCosTerms, 8, mul(r, r))); }
+DD cos_series(DD r) { return series(coefficients().cos, kSinCosTerms, 8, mul(r, r)); }
 
 }  // namespace
 
@@ -256,11 +265,11 @@ double exact_atan(double x) {
     if (a < kTiny) return x;
     if (a > 0x1p66) return std::copysign(kPiOver2.hi, x);  // pi/2 − 1/a rounds to pi/2's double
     // atan a = pi/2 − atan(1/a) above 1; then three halvings atan t = 2 atan(t / (1 + √(1 + t²)))
-    // bring t below tan(pi/32) < 0.1, where 17 terms of the series reach 2^−110.
+    // bring t below tan(pi/32) < 0.1, where 17 terms of the series reach 2^−110 (t^14/15 < 2^−51).
     const bool inverted = a > 1.0;
     DD t = inverted ? div(DD{1.0, 0.0}, a) : DD{a, 0.0};
     for (int i = 0; i < 3; ++i) t = div(t, add(sqrt_dd(add(mul(t, t), 1.0)), 1.0));
-    DD v = mul(mul(t, odd_series(mul(t, t), -1.0, 17)), 8.0);
+    DD v = mul(mul(t, series(coefficients().atan, 17, 7, mul(t, t))), 8.0);
     if (inverted) v = add(kPiOver2, neg(v));
     const double result = round_dd(v);
     return x < 0 ? -result : result;
@@ -270,12 +279,11 @@ double exact_exp(double x) {
     if (x != x) return x;
     if (x > 710.0) return kInfinity;
     if (x < -746.0) return 0.0;
-    // x = k ln 2 + r, |r| ≤ ln 2 / 2; e^r = 1 + r (1 + r/2 (1 + r/3 (...))), 24 levels < 2^−110.
+    // x = k ln 2 + r, |r| ≤ ln 2 / 2; e^r = sum of r^n/n! for n ≤ 24 (the rest < 2^−110).
     const double k = std::floor(x * kLog2E + 0.5);
     DD r = {x, 0.0};
     for (double piece : kLn2Pieces) r = add(r, -(k * piece));
-    DD e = {1.0, 0.0};
-    for (int n = 24; n >= 1; --n) e = add(div(mul(r, e), static_cast<double>(n)), 1.0);
+    const DD e = series(coefficients().exp, kExpTerms, 13, r);  // r^13/13! < 2^−52
     // Results below the normal range are rounded twice (to 53 bits, then by ldexp).
     return std::ldexp(round_dd(e), static_cast<int>(k));
 }
@@ -294,7 +302,7 @@ double exact_log(double x) {
         --e;
     }
     const DD s = div(DD{m - 1.0, 0.0}, two_sum(m, 1.0));
-    const DD v = mul(mul(s, odd_series(mul(s, s), 1.0, 22)), 2.0);
+    const DD v = mul(mul(s, series(coefficients().atanh, 22, 9, mul(s, s))), 2.0);  // s^18/19 < 2^−50
     return round_dd(add(v, mul(kLn2, static_cast<double>(e))));
 }
 
