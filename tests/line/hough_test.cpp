@@ -109,6 +109,42 @@ TEST(HoughLines, ThreeAdjacentPointsMeetInOneCellOnlyAtTheta90) {
     EXPECT_EQ(ht_per_point(row(5, 0, 9).add(1000, 1000), 90, 30, {10}).polar(), std::make_tuple(10, 5, 90));
 }
 
+TEST(HoughLines, BoundsAtEquality) {
+    // A failed Initialize drops the accumulator, so the next one is sized exactly: a padded 17x17
+    // image has a diagonal of 24.04, giving (24 + 6)·186 = 5580 cells.
+    EXPECT_FALSE(QelHoughLines_Initialize(2000000000, 2000000000));
+    ASSERT_TRUE(QelHoughLines_Initialize(12, 12));
+    // 25 points in a row make rows of 25 + 5 cells, 26 points rows of 31 and 27 points rows of 32.
+    EXPECT_EQ(ht(row(0, 0, 24), 0, 185).strength, 25) << "186 rows of 30 fill the accumulator";
+    EXPECT_EQ(ht(row(0, 0, 24), 0, 186).strength, 0) << "187 rows of 30 do not fit";
+    EXPECT_EQ(ht_per_point(row(0, 0, 25), 90, 90, {}).strength, 26) << "thetas 0..179 capped: 180 rows of 31";
+    EXPECT_EQ(ht_per_point(row(0, 0, 26), 90, 90, {}).strength, 0) << "180 rows of 32";
+
+    ASSERT_TRUE(QelHoughLines_Initialize(20, 20));
+    const Points column = Points().run(5, 0, 0, 1, 10);
+    EXPECT_EQ(ht(column, 180, 181).strength, 10) << "theta 180 is voted for";
+    EXPECT_EQ(ht(column, 181, 182).strength, 0) << "theta 181 is off the tables";
+    EXPECT_EQ(ht_per_point(column, 0, 0, {}).polar(), std::make_tuple(10, -5, 0)) << "theta 0, no tolerance";
+
+    // Two points a rho apart at one theta: 3 votes, the least a line needs; 2 apart give 2.
+    EXPECT_EQ(ht(row(0, 0, 1), 0, 1).polar(), std::make_tuple(1, 0, 0)) << "two points are enough";
+    EXPECT_EQ(ht(Points().add(0, 0).add(2, 0), 0, 1).strength, 0);
+
+    // A pair of points at x = 0 (4 votes) and single points at x = 5 and 6 (3 votes at either).
+    ASSERT_EQ(ht(Points().run(0, 0, 0, 1, 2).add(5, 0).add(6, 0), 0, 1).polar(), std::make_tuple(2, 0, 0));
+    EXPECT_EQ(next(1, 1).polar(), std::make_tuple(1, -5, 0));
+    EXPECT_EQ(next(1, 1).polar(), std::make_tuple(1, -6, 0));
+    EXPECT_EQ(next(1, 1).strength, 0) << "2 votes left at most";
+
+    // Pairs at x = 0, 3 and 6 tie at 4 votes, three columns apart: ties go to the lowest column,
+    // and a distance of exactly 3 does not suppress. (Vertical lines come out with rho < 0.)
+    const Points pairs = Points().run(0, 0, 0, 1, 2).run(3, 0, 0, 1, 2).run(6, 0, 0, 1, 2);
+    ASSERT_EQ(ht(pairs, 0, 1).polar(), std::make_tuple(2, 0, 0));
+    EXPECT_EQ(next(3, 1).polar(), std::make_tuple(2, -3, 0));
+    ht(pairs, 0, 1);
+    EXPECT_EQ(next(4, 1).polar(), std::make_tuple(2, -6, 0));
+}
+
 TEST(HoughLines, FindsSyntheticLines) {
     constexpr int kSize = 200;
     ASSERT_TRUE(QelHoughLines_Initialize(kSize, kSize));
