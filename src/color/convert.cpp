@@ -430,7 +430,9 @@ QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rg
             }
     __m256i shuffle[3][3];
     for (int j = 0; j < 3; ++j)
-        for (int c = 0; c < 3; ++c) shuffle[j][c] = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks[j][c])));
+        for (int c = 0; c < 3; ++c)
+            shuffle[j][c] =
+                _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks[j][c])));
     int x = 0;
     for (; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
         const Yuv32 s = load_yuv32(row, x);

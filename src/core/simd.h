@@ -24,7 +24,7 @@ enum class Level { portable = 0, sse2 = 1, avx2 = 2, avx512 = 3 };
 // the processor lacks, or an unknown name, is ignored).
 Level level();
 
-// Whether the SSE2 (or AVX2) fast paths run.
+// Whether the SSE2 (AVX2, AVX-512) fast paths run.
 inline bool sse2() { return level() >= Level::sse2; }
 inline bool avx2() { return level() >= Level::avx2; }
 inline bool avx512() { return level() >= Level::avx512; }

@@ -31,7 +31,8 @@ Level requested(Level best) {
     const struct {
         const char* name;
         Level level;
-    } names[] = {{"portable", Level::portable}, {"sse2", Level::sse2}, {"avx2", Level::avx2}, {"avx512", Level::avx512}};
+    } names[] = {
+        {"portable", Level::portable}, {"sse2", Level::sse2}, {"avx2", Level::avx2}, {"avx512", Level::avx512}};
     for (const auto& n : names)
         if (std::strcmp(name, n.name) == 0) return n.level < best ? n.level : best;
     return best;

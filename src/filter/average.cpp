@@ -104,7 +104,9 @@ inline __m128i means4(__m128i s, __m128i r) {
 #endif
 
 #ifdef QEL_SIMD_AVX2
-QEL_TARGET_AVX2 inline __m256i load8(const uint32_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
+QEL_TARGET_AVX2 inline __m256i load8(const uint32_t* p) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+}
 QEL_TARGET_AVX2 inline void store8(uint32_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
 
 // slide_rows for the whole 16-column steps with AVX2; returns how many columns it did.
@@ -116,7 +118,8 @@ QEL_TARGET_AVX2 size_t slide_rows_avx2(uint32_t* sums, const unsigned char* ente
         const __m256i l = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(leaving + i)));
         const __m256i d = _mm256_sub_epi16(e, l);
         store8(sums + i, _mm256_add_epi32(load8(sums + i), _mm256_cvtepi16_epi32(_mm256_castsi256_si128(d))));
-        store8(sums + i + 8, _mm256_add_epi32(load8(sums + i + 8), _mm256_cvtepi16_epi32(_mm256_extracti128_si256(d, 1))));
+        store8(sums + i + 8,
+               _mm256_add_epi32(load8(sums + i + 8), _mm256_cvtepi16_epi32(_mm256_extracti128_si256(d, 1))));
     }
     return i;
 }

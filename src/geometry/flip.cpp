@@ -110,7 +110,8 @@ QEL_TARGET_AVX2 void turn_rgb_block(const TurnBlock<3, turn>& b, int x0, int y0,
     }
     for (int c = 0; c < 3; ++c) transpose16(r[c]);
     for (int i = 0; i < kBlock; ++i) {
-        const __m128i* channel[3] = {&r[(3 * i) / kBlock][(3 * i) % kBlock], &r[(3 * i + 1) / kBlock][(3 * i + 1) % kBlock],
+        const __m128i* channel[3] = {&r[(3 * i) / kBlock][(3 * i) % kBlock],
+                                     &r[(3 * i + 1) / kBlock][(3 * i + 1) % kBlock],
                                      &r[(3 * i + 2) / kBlock][(3 * i + 2) % kBlock]};
         unsigned char* out = b.target(x0 + i, y0);
         for (int j = 0; j < 3; ++j)
@@ -282,7 +283,8 @@ void QelFlipVertical(unsigned char* src, int width, int height, bool isRGB, unsi
     if (width <= 0 || height <= 0) return;
     const size_t rowBytes = row_bytes(width, isRGB);
     for (int y = 0; y < height; ++y)
-        qel::copy_row(src + static_cast<size_t>(y) * rowBytes, rowBytes, dst + static_cast<size_t>(height - 1 - y) * rowBytes);
+        qel::copy_row(src + static_cast<size_t>(y) * rowBytes, rowBytes,
+                      dst + static_cast<size_t>(height - 1 - y) * rowBytes);
 }
 
 void QelFlipVertical(unsigned char* img, int width, int height, bool isRGB) {

@@ -48,7 +48,9 @@ TEST(QuarterTurn, PixelsLandWhereTheTurnSendsThem) {
                 const Bytes src = qel_test::random_bytes(static_cast<size_t>(w) * h * B, static_cast<unsigned>(w * 64 + h));
                 const Bytes ccs = turn(QelImgRotate90DegreeCCS, src, w, h, B == 3, B);
                 const Bytes cs = turn(QelImgRotate90DegreeCS, src, w, h, B == 3, B);
-                const auto pixel = [&](const Bytes& img, int i) { return Bytes(img.begin() + i * B, img.begin() + (i + 1) * B); };
+                const auto pixel = [&](const Bytes& img, int i) {
+                    return Bytes(img.begin() + i * B, img.begin() + (i + 1) * B);
+                };
                 for (int y = 0; y < h; ++y)
                     for (int x = 0; x < w; ++x) {
                         const Bytes v = pixel(src, y * w + x);
@@ -102,7 +104,8 @@ TEST(Flip, HorizontalMirrorsEachRowAndTwiceRestores) {
         Bytes flipped = row;
         QelFlipHorizontal(flipped.data(), w, 2);
         for (int y = 0; y < 2; ++y)
-            for (int x = 0; x < w; ++x) ASSERT_EQ(flipped[static_cast<size_t>(y * w + x)], row[static_cast<size_t>(y * w + w - 1 - x)]) << w;
+            for (int x = 0; x < w; ++x)
+                ASSERT_EQ(flipped[static_cast<size_t>(y * w + x)], row[static_cast<size_t>(y * w + w - 1 - x)]) << w;
     }
 }
 

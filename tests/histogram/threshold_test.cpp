@@ -228,7 +228,8 @@ TEST(Binarisation, EveryOutputAlignment) {
         for (int n : {1, 31, 32, 33, 63, 64, 65, 130}) {
             Bytes out(200, 9);
             QelThreshold(img.data() + offset, n, 1, 100, out.data() + offset);
-            for (int i = 0; i < n; ++i) ASSERT_EQ(out[offset + i], img[offset + i] >= 100 ? 255 : 0) << offset << " " << n;
+            for (int i = 0; i < n; ++i)
+                ASSERT_EQ(out[offset + i], img[offset + i] >= 100 ? 255 : 0) << offset << " " << n;
             ASSERT_EQ(out[offset + n], 9) << offset << " " << n;
         }
 }
