@@ -48,6 +48,11 @@ TEST(LineClip, KBLineKeepsTheTwoLeftmostBorderCrossings) {
     EXPECT_EQ(kb_ends(10, 10, 0, 1, 0, true), (Ends{0, 0, 0, 0})) << "top and left both give (0, 0)";
     EXPECT_EQ(kb_ends(20, 10, 0, 0.5, -9.5, true), (Ends{19, 0, 19, 0})) << "touches the corner only";
     EXPECT_EQ(kb_ends(10, 10, 0, 1, -10, false), kUntouched) << "passes (10, 0), just outside";
+    // The last column and row are in, one past them out; crossings of equal x keep the top row first.
+    EXPECT_EQ(kb_ends(10, 10, 1, 0, 9, true), (Ends{9, 0, 9, 9}));
+    EXPECT_EQ(kb_ends(10, 10, 1, 0, 10, false), kUntouched);
+    EXPECT_EQ(kb_ends(10, 10, 0, 0, 9, true), (Ends{0, 9, 9, 9}));
+    EXPECT_EQ(kb_ends(10, 10, 0, 0, 10, false), kUntouched);
     // y = 0.1x − 1.9 meets the top row at x = 18.999999999999996. Computed through the line that
     // crossing's y would be −2e-16 and the crossing lost; it stays exactly on the row.
     EXPECT_EQ(kb_ends(100, 5, 0, 0.1, -1.9, true), (Ends{18, 0, 59, 4}));
@@ -83,6 +88,10 @@ TEST(LineClip, HoughLineSlotRule) {
     EXPECT_EQ(hough_ends(100, 100, 0, 135, true), (Ends{0, 0, 99, 98}));
     EXPECT_EQ(hough_ends(100, 100, 50, 20, true), (Ends{53, 0, 17, 99}));  // top, then bottom
     EXPECT_EQ(hough_ends(100, 100, 100, 45, true), (Ends{99, 42, 42, 99}));  // right, then bottom
+    // Side crossings on the last row: x + y = 9.9 meets the left column at row 9 and the right at row
+    // 0.9; −x + y = 1.41 meets them at rows 1 and 10 (of 11).
+    EXPECT_EQ(hough_ends(10, 10, 7, 45, true), (Ends{0, 9, 9, 0}));
+    EXPECT_EQ(hough_ends(10, 11, 1, 135, true), (Ends{0, 1, 9, 10}));
     // x + y = 14.1 crosses the left column at row 14 and the top row at column 14, but a top
     // crossing after a single side crossing is not taken, and the bottom crossing is outside.
     EXPECT_EQ(hough_ends(100, 100, 10, 45, false), (Ends{0, 14, 0, 0}));

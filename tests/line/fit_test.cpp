@@ -141,6 +141,13 @@ TEST(LineFitting, TwiceByMeanRejectsPointsAboveTheMeanResidual) {
     EXPECT_EQ(weights, std::vector<int>({100, 100, 0, 100, 100}));
     f = fit_with({{0, 1}, {2, 2}}, byMean);
     EXPECT_EQ(std::make_tuple(f.result, f.kb()), std::make_tuple(0, Fit().kb())) << "n < 3: outputs untouched";
+    // Three points on y = 1: every weight 0, equal to the mean, so all are kept.
+    f = fit_with({{0, 1}, {1, 1}, {2, 1}}, byMean);
+    EXPECT_EQ(std::make_tuple(f.result, f.kb()), std::make_tuple(1, std::make_tuple(0, 0.0, 1.0)));
+    // About y = 1/3 the weights are 33, 33, 66, threshold 44: two points kept, enough for the refit.
+    f = fit_with({{0, 0}, {2, 0}, {1, 1}}, byMean);
+    EXPECT_EQ(std::make_tuple(f.result, f.kb()), std::make_tuple(1, std::make_tuple(0, 0.0, 0.0)));
+    EXPECT_EQ(weights, std::vector<int>({33, 33, 66}));
 
     // Exact lines plus one point well off their middle: the refit is the exact line.
     std::mt19937 rng(5);
