@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <random>
+#include <tuple>
 #include <type_traits>
 #include <vector>
 
@@ -110,6 +112,13 @@ TEST(ImgChainLinesState, BuffersOnlyGrowAndLargerImagesAreRefused) {
     EXPECT_EQ(QelImgChainLines_Debug(out.data()), 0);
     EXPECT_TRUE(qel_test::all_equal(out, 7));
     EXPECT_EQ(QelImgChainLines_DoBinImg(big.data(), 60, 2, true), 0) << "no interior";
+    // Three pixels a side is the least that runs: its debug panels are written.
+    for (auto [w, h, runs] : {std::tuple{60, 2, false}, {2, 60, false}, {60, 3, true}, {3, 60, true}}) {
+        std::fill(out.begin(), out.end(), 7);
+        EXPECT_EQ(QelImgChainLines_DoBinImg(big.data(), w, h, true), 0);
+        QelImgChainLines_Debug(out.data());
+        EXPECT_EQ(!qel_test::all_equal(out, 7), runs) << w << " x " << h;
+    }
 
     ASSERT_TRUE(QelImgChainLines_Initialize(61, 50, 0.9, 1.5, 10, 20, 5));
     EXPECT_EQ(QelImgChainLines_DoBinImg(huge.data(), 61, 50, true), 4);
@@ -263,6 +272,13 @@ TEST(ImgChainLines, SettingsAreClampedAndLinesBeyondTheMaximumDropped) {
     QelShenJunEdgeFine(noise.data(), smooth.data(), 60, 50, 0.25, 7, edges.data());
     ASSERT_TRUE(QelImgChainLines_Initialize(60, 50, 0.9, 1.5, 10, 7, 500));
     EXPECT_GT(QelImgChainLines_DoGryImg(noise.data(), 60, 50, false), 0);
+    QelImgChainLines_Debug(out.data());
+    EXPECT_EQ(Bytes(out.begin() + noise.size(), out.begin() + 2 * noise.size()), edges);
+    // From 8 on the integer operator (shift 2) makes it.
+    Bytes smoothBytes(noise.size());
+    QelShenJunEdgeFast(noise.data(), smoothBytes.data(), 60, 50, 2, 8, edges.data());
+    ASSERT_TRUE(QelImgChainLines_Initialize(60, 50, 0.9, 1.5, 10, 8, 500));
+    QelImgChainLines_DoGryImg(noise.data(), 60, 50, false);
     QelImgChainLines_Debug(out.data());
     EXPECT_EQ(Bytes(out.begin() + noise.size(), out.begin() + 2 * noise.size()), edges);
 }
