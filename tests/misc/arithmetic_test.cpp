@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -249,6 +250,30 @@ TEST(RGBRectAvr, CountedPixelsTakeTheRowsColoursInOrder) {
     std::fill(mask.begin(), mask.end(), 0);
     QelRGBRectAvr(rgb.data(), mask.data(), w, h, 0, 3, 0, 1, &r, &g, &b);
     EXPECT_EQ(std::vector<int>({r, g, b}), std::vector<int>({0, 0, 0}));
+}
+
+TEST(RectStats, BoundsAtEquality) {
+    // A ring whose outer box starts at column 1 keeps column 1 (only a start below 1 becomes 0):
+    // centre 10 against the ring 40, 40.
+    Bytes row = {100, 40, 10, 40};
+    EXPECT_EQ(QelCenterBlockMeanDif(row.data(), 4, 1, 2, 2, 0, 0, 1), -30);
+    // Rectangles of no rows or no columns compare nothing.
+    Bytes grey = random_grey(8, 8, 9);
+    EXPECT_EQ(QelImgDifferenceInRect(grey.data(), grey.data(), false, 8, {2, 3, 6, 3}, {2, 3, 6, 3}), 0);
+    EXPECT_EQ(QelImgDifferenceInRect(grey.data(), grey.data(), false, 8, {2, 3, 2, 7}, {2, 3, 2, 7}), 0);
+    // A uniform image: every block ties, and the first one tried (top left) is kept.
+    Bytes flat(36, 100);
+    int cx = -1, cy = -1;
+    EXPECT_EQ(QelMaxBrightRect(flat.data(), 6, 6, 2, 2, &cx, &cy), 100.0);
+    EXPECT_EQ(std::make_pair(cx, cy), std::make_pair(1, 1));
+    for (auto [bw, bh] : {std::pair{0, 2}, {2, 0}}) {
+        EXPECT_EQ(QelMaxBrightRect(flat.data(), 6, 6, bw, bh, &cx, &cy), 0.0);
+        EXPECT_EQ(std::make_pair(cx, cy), std::make_pair(3, 3));
+    }
+    // One point is its own box.
+    int x = 4, y = -2, box[4] = {-7, -7, -7, -7};
+    QelPointsRect(&x, &y, 1, &box[0], &box[1], &box[2], &box[3]);
+    EXPECT_EQ(std::vector<int>(box, box + 4), (std::vector<int>{4, 4, -2, -2}));
 }
 
 }  // namespace
