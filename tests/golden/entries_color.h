@@ -38,12 +38,16 @@ inline void keep(Call& c, F f) {
     }
 }
 
+// A channel number (0 blue, 1 green, 2 red) and a flag, fixed outside the sweep.
+inline int channel(Call& c, int fixed) { return c.pick(fixed, 0, 2); }
+inline bool flag(Call& c, bool fixed) { return c.pick(fixed ? 1 : 0, 0, 1) != 0; }
+
 inline void add_color(std::vector<Entry>& t) {
     t.insert(t.end(), {
         {"QelRGB2Gry", [](Call& c) { QelRGB2Gry(c.bgr(), c.w, c.h, c.out_image()); }},
         {"QelRGB2GryInvert", [](Call& c) { QelRGB2GryInvert(c.bgr(), c.w, c.h, c.out_image()); }},
         {"QelRGBsDif2Gry", [](Call& c) { QelRGBsDif2Gry(c.bgr(), c.w, c.h, c.out_image()); }},
-        {"QelSelectRGB2Gry", [](Call& c) { QelSelectRGB2Gry(c.bgr(), c.w, c.h, 2, c.out_image()); }},
+        {"QelSelectRGB2Gry", [](Call& c) { QelSelectRGB2Gry(c.bgr(), c.w, c.h, channel(c, 2), c.out_image()); }},
         {"QelCbYCrY2Gry", [](Call& c) { QelCbYCrY2Gry(c.bytes(cbycry_bytes(c)), c.w, c.h, c.out_image()); }},
         {"QelYUV420P2Gry", [](Call& c) { QelYUV420P2Gry(c.bytes(yuv420_bytes(c)), c.w, c.h, c.out_image()); }},
         {"QelYUV420SP2Gry", [](Call& c) { QelYUV420SP2Gry(c.bytes(yuv420_bytes(c)), c.w, c.h, c.out_image()); }},
@@ -138,31 +142,39 @@ inline void add_color(std::vector<Entry>& t) {
          }},
         {"QelSelectRGBRect2Gry", [](Call& c) {
              const Rect r = inner(c);
-             QelSelectRGBRect2Gry(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, 1, c.out(r.area()));
+             QelSelectRGBRect2Gry(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, channel(c, 1), c.out(r.area()));
          }},
         {"QelCopyRGB2GryBinImg", [](Call& c) {
              const Rect r = inner(c);
              int* size = c.out<int>(2);
-             QelCopyRGB2GryBinImg(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, true, c.out(r.area()), c.out(r.area()),
+             QelCopyRGB2GryBinImg(c.bgr(), c.w, c.h, r.x1, r.x2, r.y1, r.y2, flag(c, true), c.out(r.area()), c.out(r.area()),
                                   &size[0], &size[1]);
          }},
         {"QelExtractMaxRGB2GryImg", [](Call& c) { QelExtractMaxRGB2GryImg(c.bgr(), c.w, c.h, c.out_image()); }},
         {"QelExtractOneChannelFromRGB",
-         [](Call& c) { QelExtractOneChannelFromRGB(c.bgr(), c.w, c.h, 1, c.out_image()); }},
-        {"QelReplaceOneChannelInRGB", [](Call& c) { QelReplaceOneChannelInRGB(c.inout_bgr(), c.w, c.h, 0, c.grey()); }},
-        {"QelOROneChannelInRGB", [](Call& c) { QelOROneChannelInRGB(c.inout_bgr(), c.w, c.h, 2, c.grey()); }},
+         [](Call& c) { QelExtractOneChannelFromRGB(c.bgr(), c.w, c.h, channel(c, 1), c.out_image()); }},
+        {"QelReplaceOneChannelInRGB", [](Call& c) { QelReplaceOneChannelInRGB(c.inout_bgr(), c.w, c.h, channel(c, 0), c.grey()); }},
+        {"QelOROneChannelInRGB", [](Call& c) { QelOROneChannelInRGB(c.inout_bgr(), c.w, c.h, channel(c, 2), c.grey()); }},
         {"QelGry2RGBImg", [](Call& c) { QelGry2RGBImg(c.grey(), c.grey(1), c.binary(), c.w, c.h, c.out_image(3)); }},
         {"QelExtractOneField", [](Call& c) {
              // The even field of an odd height has one row more than half.
-             const size_t rows = size_t((c.h + 1) / 2);
-             QelExtractOneField(c.bgr(), c.w, c.h, true, false, c.out(rows * size_t(c.w) * 3), c.out<int>(1));
+             const bool rgb = flag(c, true), odd = flag(c, false);
+             const size_t rows = size_t(odd ? c.h / 2 : (c.h + 1) / 2);
+             QelExtractOneField(c.bgr(), c.w, c.h, rgb, odd, c.out(rows * size_t(c.w) * (rgb ? 3 : 1)), c.out<int>(1));
          }},
-        {"QelSplitOddEvenField", [](Call& c) { QelSplitOddEvenField(c.grey(), c.w, c.h, false, c.out_image()); }},
+        {"QelSplitOddEvenField", [](Call& c) {
+             const bool rgb = flag(c, false);
+             QelSplitOddEvenField(rgb ? c.bgr() : c.grey(), c.w, c.h, rgb, c.out_image(rgb ? 3 : 1));
+         }},
         {"QelMergeOddEvenField", [](Call& c) {
-             const int rowsA = c.h / 2, rowsB = c.h - c.h / 2;
-             unsigned char* a = c.bytes(size_t(rowsA) * size_t(c.w));
-             unsigned char* b = c.bytes(size_t(rowsB) * size_t(c.w), 1);
-             QelMergeOddEvenField(a, b, rowsA, rowsB, c.w, false, 2, c.out_image(), c.out<int>(1));
+             // Fields of any row counts (one more than the other either way, or far apart).
+             const int rowsA = c.pick(c.h / 2, 0, c.h), rowsB = c.pick(c.h - c.h / 2, 0, c.h);
+             const bool rgb = flag(c, false);
+             const size_t row = size_t(c.w) * (rgb ? 3 : 1);
+             unsigned char* a = c.bytes(size_t(rowsA) * row);
+             unsigned char* b = c.bytes(size_t(rowsB) * row, 1);
+             QelMergeOddEvenField(a, b, rowsA, rowsB, c.w, rgb, c.pick(2, -c.w - 2, c.w + 2),
+                                  c.out(size_t(rowsA + rowsB) * row), c.out<int>(1));
          }},
     });
 }

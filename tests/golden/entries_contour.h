@@ -51,7 +51,7 @@ inline void add_contour(std::vector<Entry>& t) {
              unsigned char* image = c.result(c.blobs(), size_t(c.area()));
              int x0 = 0, y0 = 0;
              first_object(c, image, x0, y0);
-             c.value(QelTraceContour(image, c.w, x0, y0, c.out(size_t(c.area())), c.area(), true));
+             c.value(QelTraceContour(image, c.w, x0, y0, c.out(size_t(c.area())), c.count(c.area(), c.area()), true));
          }, kFramedObject},
         {"QelMarkContour", [](Call& c) {
              unsigned char* image = c.result(c.blobs(), size_t(c.area()));
@@ -61,14 +61,14 @@ inline void add_contour(std::vector<Entry>& t) {
          }, kFramedObject},
         {"QelMarkContours", [](Call& c) { QelMarkContours(c.binary(), c.w, c.h, c.out_image()); }},
         {"QelGetContours", [](Call& c) {
-             QEL_CONTOUR_STRUCT* list = QelGetContours(c.inout_binary(), c.out_image(), c.w, c.h, 4, 2, 0);
+             QEL_CONTOUR_STRUCT* list = QelGetContours(c.inout_binary(), c.out_image(), c.w, c.h, c.count(4, c.area() + 2), c.count(2, c.area() + 2), c.pick(0, -1, 3));
              record_contours(c, list);
              QelFreeContours(list);
          }},
         {"QelFreeContours", [](Call& c) {
              QelFreeContours(nullptr);
              QEL_CONTOUR_STRUCT* list = QelGetContours(c.blobs(), c.input<unsigned char>(size_t(c.area())), c.w, c.h,
-                                                       1, 0, 2);
+                                                       c.count(1, c.area() + 2), c.count(0, c.area() + 2), c.pick(2, -1, 3));
              record_contours(c, list);
              QelFreeContours(list);
          }},
@@ -84,11 +84,11 @@ inline void add_contour(std::vector<Entry>& t) {
          }, kFramedObject},
         {"QelMarkChainByColor", [](Call& c) {
              const Chain ch = ellipse_chain(c);
-             QelMarkChainByColor(c.inout_grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, -1);
+             QelMarkChainByColor(c.inout_grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, c.pick(-1, -300, 300));
          }, kFramedObject},
         {"QelMarkChainByColor/dashed", [](Call& c) {
              const Chain ch = ellipse_chain(c);
-             QelMarkChainByColor(c.inout_grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, 99, 0);
+             QelMarkChainByColor(c.inout_grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, c.pick(99, -300, 300), c.pick(0, -9, 9));
          }, kFramedObject},
         {"QelMarkChainByInc", [](Call& c) {
              const Chain ch = ellipse_chain(c);
@@ -111,25 +111,25 @@ inline void add_contour(std::vector<Entry>& t) {
          }, kFramedObject},
         {"QelContourPosPoints", [](Call& c) {
              const Chain ch = ellipse_chain(c);
-             c.value(QelContourPosPoints(ch.x0, ch.y0, ch.codes, ch.n, c.h / 2));
+             c.value(QelContourPosPoints(ch.x0, ch.y0, ch.codes, ch.n, c.row(c.h / 2)));
          }, kFramedObject},
         {"QelIsPointOnContour", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              c.value(QelIsPointOnContour(ch.x0, ch.y0, ch.codes, ch.n, ch.x0, ch.y0));
-             c.value(QelIsPointOnContour(ch.x0, ch.y0, ch.codes, ch.n, c.w / 2, c.h / 2));
+             c.value(QelIsPointOnContour(ch.x0, ch.y0, ch.codes, ch.n, c.col(c.w / 2), c.row(c.h / 2)));
          }, kFramedObject},
         {"QelIsHorizontalLineIntersectContour", [](Call& c) {
              const Chain ch = ellipse_chain(c);
-             for (int row = 0; row < c.h; row += 3) c.value(QelIsHorizontalLineIntersectContour(ch.y0, ch.codes, ch.n, row));
+             for (int row = 0; row < c.h; row += 3) c.value(QelIsHorizontalLineIntersectContour(ch.y0, ch.codes, ch.n, c.row(row)));
          }, kFramedObject},
         {"QelIsVerticalLineIntersectContour", [](Call& c) {
              const Chain ch = ellipse_chain(c);
-             for (int col = 0; col < c.w; col += 3) c.value(QelIsVerticalLineIntersectContour(ch.x0, ch.codes, ch.n, col));
+             for (int col = 0; col < c.w; col += 3) c.value(QelIsVerticalLineIntersectContour(ch.x0, ch.codes, ch.n, c.col(col)));
          }, kFramedObject},
         {"QelIsVerticalLineIntersectContour/per row", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* columns = c.input<int>(size_t(c.h));
-             for (int y = 0; y < c.h; ++y) columns[y] = c.w / 2 - c.w / 3 + (y % 3);
+             for (int y = 0; y < c.h; ++y) columns[y] = c.col(c.w / 2 - c.w / 3 + (y % 3));
              c.value(QelIsVerticalLineIntersectContour(ch.x0, ch.y0, ch.codes, ch.n, columns));
          }, kFramedObject},
         {"QelWhitePixlePassedByChain", [](Call& c) {
@@ -139,7 +139,7 @@ inline void add_contour(std::vector<Entry>& t) {
         {"QelHasPixelsOnChain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              unsigned char* grey = c.grey();
-             for (int v = 100; v < 200; v += 10) c.value(QelHasPixelsOnChain(grey, c.w, ch.x0, ch.y0, ch.codes, ch.n, v));
+             for (int v = 100; v < 200; v += 10) c.value(QelHasPixelsOnChain(grey, c.w, ch.x0, ch.y0, ch.codes, ch.n, c.level(v)));
          }, kFramedObject},
         {"QelRealAreaAndPerimeter", [](Call& c) {
              const Chain ch = ellipse_chain(c);
@@ -153,7 +153,7 @@ inline void add_contour(std::vector<Entry>& t) {
         {"QelContourRotatedRect", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(4);
-             QelContourRotatedRect(ch.x0, ch.y0, ch.codes, ch.n, 33.0, &r[0], &r[1], &r[2], &r[3]);
+             QelContourRotatedRect(ch.x0, ch.y0, ch.codes, ch.n, c.pick(33.0, -400.0, 400.0), &r[0], &r[1], &r[2], &r[3]);
          }, kFramedObject},
         {"QelContourGryAvr", [](Call& c) {
              const Chain ch = ellipse_chain(c);
@@ -162,20 +162,20 @@ inline void add_contour(std::vector<Entry>& t) {
         {"QelIsPointIncludedByChain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              for (int y = 0; y < c.h; y += 4)
-                 for (int x = 0; x < c.w; x += 4) c.value(QelIsPointIncludedByChain(x, y, ch.x0, ch.y0, ch.codes, ch.n));
+                 for (int x = 0; x < c.w; x += 4) c.value(QelIsPointIncludedByChain(c.col(x), c.row(y), ch.x0, ch.y0, ch.codes, ch.n));
          }, kFramedObject},
         {"QelPixelsPassedByChain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
-             c.value(QelPixelsPassedByChain(c.binary(), c.w, ch.x0, ch.y0, ch.codes, ch.n, 255));
+             c.value(QelPixelsPassedByChain(c.binary(), c.w, ch.x0, ch.y0, ch.codes, ch.n, c.level(255)));
          }, kFramedObject},
         {"QelLineSimilarity", [](Call& c) {
              int* r = c.out<int>(2);
-             c.value(QelLineSimilarity(c.area() / 5, c.w + c.h, 1, 9, &r[0], &r[1]));
+             c.value(QelLineSimilarity(c.count(c.area() / 5, c.area() + 2), c.count(c.w + c.h, 2 * (c.w + c.h)), c.count(1, c.w + 2), c.count(9, c.w + c.h), &r[0], &r[1]));
          }},
         {"QelLineSimilarity/chain", [](Call& c) {
              const Chain ch = ellipse_chain(c);
              int* r = c.out<int>(2);
-             c.value(QelLineSimilarity(ch.x0, ch.y0, ch.codes, ch.n, 2, 12, &r[0], &r[1]));
+             c.value(QelLineSimilarity(ch.x0, ch.y0, ch.codes, ch.n, c.count(2, c.w + 2), c.count(12, c.w + c.h), &r[0], &r[1]));
          }, kFramedObject},
         {"QelFillingContour", [](Call& c) {
              unsigned char* image = c.result(c.blobs(), size_t(c.area()));
@@ -187,44 +187,46 @@ inline void add_contour(std::vector<Entry>& t) {
              std::memcpy(traced, image, size_t(c.area()));
              unsigned char* codes = c.input<unsigned char>(size_t(c.area()));
              const int n = QelTraceContour(traced, c.w, x0, y0, codes, c.area(), true);
-             c.value(QelFillingContour(image, c.w, x0, y0, codes, n, true, 128, 60));
+             c.value(QelFillingContour(image, c.w, x0, y0, codes, n, c.pick(1, 0, 1) != 0, c.pick(128, 1, 254), c.pick(60, -300, 300)));
          }, kFramedObject},
         {"QelPastePixels2ResImg", [](Call& c) {
              const Chain ch = ellipse_chain(c);
-             c.value(QelPastePixels2ResImg(c.grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, 128, 60, c.out_image(), -1));
+             c.value(QelPastePixels2ResImg(c.grey(), c.w, ch.x0, ch.y0, ch.codes, ch.n, c.pick(128, 1, 254), c.pick(60, -300, 300), c.out_image(), c.pick(-1, -3, 255)));
          }, kFramedObject},
         {"QelSelectContoursByArea", [](Call& c) {
-             c.value(QelSelectContoursByArea(c.inout_binary(), c.out_image(), c.w, c.h, 2, 4, 400, c.out_image()));
+             c.value(QelSelectContoursByArea(c.inout_binary(), c.out_image(), c.w, c.h, c.pick(2, -2, c.h + 2), c.count(4, c.area() + 2), c.count(400, c.area() + 2), c.out_image()));
          }},
         {"QelSelectContoursByPerimeter", [](Call& c) {
-             c.value(QelSelectContoursByPerimeter(c.inout_binary(), c.out_image(), c.w, c.h, 1, 6, 200, c.out_image()));
+             c.value(QelSelectContoursByPerimeter(c.inout_binary(), c.out_image(), c.w, c.h, c.pick(1, -2, c.h + 2), c.count(6, 2 * c.area() + 2), c.count(200, 2 * c.area() + 2), c.out_image()));
          }},
         {"QelRemoveWhiteRegionsByArea", [](Call& c) {
-             c.value(QelRemoveWhiteRegionsByArea(c.inout_binary(), c.out_image(), c.w, c.h, 1, 40, c.out_image()));
+             c.value(QelRemoveWhiteRegionsByArea(c.inout_binary(), c.out_image(), c.w, c.h, c.count(1, c.area() + 2), c.count(40, c.area() + 2), c.out_image()));
          }},
         {"QelRemoveBlackRegionsByArea", [](Call& c) {
-             c.value(QelRemoveBlackRegionsByArea(c.inout_binary(), c.out_image(), c.w, c.h, 1, 30, c.out_image()));
+             c.value(QelRemoveBlackRegionsByArea(c.inout_binary(), c.out_image(), c.w, c.h, c.count(1, c.area() + 2), c.count(30, c.area() + 2), c.out_image()));
          }},
         {"Qel255NRegionsWithMaxArea",
-         [](Call& c) { c.value(Qel255NRegionsWithMaxArea(c.inout_binary(), c.w, c.h, 3, 4, c.out_image())); }},
+         [](Call& c) { c.value(Qel255NRegionsWithMaxArea(c.inout_binary(), c.w, c.h, c.count(3, 40), c.count(4, c.area() + 2), c.out_image())); }},
         {"Qel255RectWithMaxArea", [](Call& c) {
              tagRECT* rect = c.out<tagRECT>(1);
              int* centre = c.out<int>(2);
-             c.value(Qel255RectWithMaxArea(c.inout_binary(), c.out_image(), c.w, c.h, 2, c.w - 3, 2, c.h - 3, 1, rect,
-                                           &centre[0], &centre[1]));
+             const Rect rc = c.across({2, c.w - 3, 2, c.h - 3});
+             c.value(Qel255RectWithMaxArea(c.inout_binary(), c.out_image(), c.w, c.h, rc.x1, rc.x2, rc.y1, rc.y2,
+                                           c.pick(1, -2, c.h + 2), rect, &centre[0], &centre[1]));
          }},
         {"Qel255RectWithMaxPerimeter", [](Call& c) {
              tagRECT* rect = c.out<tagRECT>(1);
              int* centre = c.out<int>(2);
-             c.value(Qel255RectWithMaxPerimeter(c.inout_binary(), c.out_image(), c.w, c.h, 1, c.w - 2, 3, c.h - 2, 2,
-                                                rect, &centre[0], &centre[1]));
+             const Rect rc = c.across({1, c.w - 2, 3, c.h - 2});
+             c.value(Qel255RectWithMaxPerimeter(c.inout_binary(), c.out_image(), c.w, c.h, rc.x1, rc.x2, rc.y1, rc.y2,
+                                                c.pick(2, -2, c.h + 2), rect, &centre[0], &centre[1]));
          }},
         {"QelDeleteShortContour",
-         [](Call& c) { QelDeleteShortContour(c.inout_binary(), c.out_image(), c.w, c.h, 12, c.out_image()); }},
+         [](Call& c) { QelDeleteShortContour(c.inout_binary(), c.out_image(), c.w, c.h, c.count(12, c.area() + 2), c.out_image()); }},
         {"QelMarkMaxAreaHoleContour", [](Call& c) {
              // Every chain is stored behind the one before: room for a few boundaries of the blobs.
              unsigned char* image = c.result(c.blobs(), size_t(c.area()));
-             c.value(QelMarkMaxAreaHoleContour(image, c.out(size_t(c.area()) * 4), c.w, c.h, 77));
+             c.value(QelMarkMaxAreaHoleContour(image, c.out(size_t(c.area()) * 4), c.w, c.h, c.pick(77, -300, 300)));
          }},
     });
 }
