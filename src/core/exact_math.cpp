@@ -197,7 +197,10 @@ const Coefficients& coefficients() {
             if (n > 0) factorial = div(factorial, static_cast<double>(n));
             if (n < kExpTerms) t.exp[n] = factorial;
             const DD signedFactorial = (n / 2) % 2 == 0 ? factorial : neg(factorial);
-            (n % 2 == 0 ? t.cos : t.sin)[n / 2] = signedFactorial;
+            if (n % 2 == 0)
+                t.cos[n / 2] = signedFactorial;
+            else
+                t.sin[n / 2] = signedFactorial;
         }
         for (int k = 0; k < kOddTerms; ++k) {
             t.atanh[k] = div(DD{1.0, 0.0}, static_cast<double>(2 * k + 1));
