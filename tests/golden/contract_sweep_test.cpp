@@ -15,6 +15,7 @@
 #include <set>
 #include <string>
 
+#include "golden/entry_params.h"
 #include "golden/exports.h"
 #include "golden/table.h"
 
@@ -88,20 +89,8 @@ TEST_P(ContractSweep, StaysInsideItsBuffers) {
     EXPECT_EQ(index, int(std::size(kCorners)) + random_sizes());
 }
 
-std::string test_name(const ::testing::TestParamInfo<size_t>& info) {
-    std::string name = golden::table()[info.param].name;
-    for (char& ch : name)
-        if (!std::isalnum(static_cast<unsigned char>(ch))) ch = '_';
-    return name;
-}
-
-std::vector<size_t> all_entries() {
-    std::vector<size_t> indices(golden::table().size());
-    for (size_t i = 0; i < indices.size(); ++i) indices[i] = i;
-    return indices;
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, ContractSweep, ::testing::ValuesIn(all_entries()), test_name);
+INSTANTIATE_TEST_SUITE_P(Table, ContractSweep, ::testing::ValuesIn(golden::all_entries()),
+                         golden::entry_test_name);
 
 // Every exported overload has an entry, so the sweep reaches it; and every entry's shape lets it
 // run at its smallest legal size and at sizes up to the largest.

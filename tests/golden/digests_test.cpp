@@ -13,6 +13,7 @@
 #include <set>
 #include <sstream>
 
+#include "golden/entry_params.h"
 #include "golden/exports.h"
 #include "golden/table.h"
 
@@ -87,21 +88,8 @@ TEST_P(GoldenDigest, GivesTheCommittedBytes) {
     }
 }
 
-// Test names: the entry's name with every character that is not a letter or digit as '_'.
-std::string test_name(const ::testing::TestParamInfo<size_t>& info) {
-    std::string name = golden::table()[info.param].name;
-    for (char& ch : name)
-        if (!std::isalnum(static_cast<unsigned char>(ch))) ch = '_';
-    return name;
-}
-
-std::vector<size_t> all_entries() {
-    std::vector<size_t> indices(golden::table().size());
-    for (size_t i = 0; i < indices.size(); ++i) indices[i] = i;
-    return indices;
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, GoldenDigest, ::testing::ValuesIn(all_entries()), test_name);
+INSTANTIATE_TEST_SUITE_P(Table, GoldenDigest, ::testing::ValuesIn(golden::all_entries()),
+                         golden::entry_test_name);
 
 // With QEL_GOLDEN_REGENERATE=<file> (scripts/golden.sh) writes the whole list there.
 TEST(GoldenDigests, Regenerate) {
