@@ -126,11 +126,7 @@ if(TOOL)
   run_from_archive("" "${root}/bin/qel${exe}" --version)
   expect("${out}" "^qel ${VERSION}\n$" "the packed qel --version")
   if(FONT)
-    # The Windows tool cannot find its own directory yet (it asks /proc/self/exe): it is given the
-    # packed font by name there.
-    if(WINDOWS)
-      set(extraEnv "QEL_FONT_FILE=${root}/bin/hzk16.dat")
-    endif()
+    # The packed tool finds the font beside itself (GetModuleFileNameW on Windows).
     run_from_archive("" "${root}/bin/qel${exe}" text "${SAMPLE}" -o "${WORK}/text.bmp" --at 10,10 Qel)
     expect("${out}" "3 characters of 16 x 16 text at 10,10" "the packed qel text")
     unset(extraEnv)

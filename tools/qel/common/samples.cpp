@@ -7,6 +7,16 @@
 #include <filesystem>
 #include <system_error>
 
+#ifdef _WIN32
+#  ifndef WIN32_LEAN_AND_MEAN
+#    define WIN32_LEAN_AND_MEAN
+#  endif
+#  ifndef NOMINMAX
+#    define NOMINMAX
+#  endif
+#  include <windows.h>
+#endif
+
 // Set by the build: the samples directory relative to the installed executable's directory, and
 // the source tree's samples directory.
 #ifndef QEL_SAMPLES_FROM_BIN
@@ -25,10 +35,24 @@ constexpr const char* kFontName = "hzk16.dat";
 constexpr const char* kFontVariable = "QEL_FONT_FILE";  // the library reads the same variable
 }  // namespace
 
+// The running program's directory (empty when it cannot be found): GetModuleFileNameW on Windows,
+// /proc/self/exe elsewhere, as the library finds its font.
 std::string executableDirectory() {
+#ifdef _WIN32
+    std::wstring self(32768, L'\0');
+    const DWORD n = GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size()));
+    if (n == 0 || n >= self.size()) return std::string();
+    self.resize(n);
+    try {
+        return fs::path(self).parent_path().string();
+    } catch (const std::exception&) {  // a name the narrow code page cannot hold
+        return std::string();
+    }
+#else
     std::error_code ec;
     const fs::path self = fs::read_symlink("/proc/self/exe", ec);
     return ec ? std::string() : self.parent_path().string();
+#endif
 }
 
 std::string fontFile() {
