@@ -63,18 +63,10 @@ extern "C" void __asan_on_error() { std::fprintf(stderr, "contract sweep: during
 
 namespace {
 
-void set_noise_seed() {
-#if defined(_WIN32)
-    _putenv_s("QEL_NOISE_SEED", "12345");
-#else
-    setenv("QEL_NOISE_SEED", "12345", 1);
-#endif
-}
-
 class ContractSweep : public ::testing::TestWithParam<size_t> {};
 
 TEST_P(ContractSweep, StaysInsideItsBuffers) {
-    set_noise_seed();
+    golden::set_noise_seed();
     const golden::Entry& entry = golden::table()[GetParam()];
     int index = 0;
     for (golden::Size size : sweep_sizes(entry)) {

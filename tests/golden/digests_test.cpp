@@ -50,14 +50,6 @@ std::map<std::string, std::string> read_digests(const std::string& path) {
     return list;
 }
 
-void set_noise_seed() {
-#if defined(_WIN32)
-    _putenv_s("QEL_NOISE_SEED", "12345");
-#else
-    setenv("QEL_NOISE_SEED", "12345", 1);
-#endif
-}
-
 // The digests of one entry at every size, as lines of the list.
 std::vector<std::pair<std::string, std::string>> run_entry(const golden::Entry& entry) {
     std::vector<std::pair<std::string, std::string>> lines;
@@ -74,7 +66,7 @@ std::vector<std::pair<std::string, std::string>> run_entry(const golden::Entry& 
 class GoldenDigest : public ::testing::TestWithParam<size_t> {};
 
 TEST_P(GoldenDigest, GivesTheCommittedBytes) {
-    set_noise_seed();
+    golden::set_noise_seed();
     static const auto expected = read_digests(digests_path());
     ASSERT_FALSE(expected.empty()) << "no digests in " << digests_path();
     const golden::Entry& entry = golden::table()[GetParam()];
@@ -95,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(Table, GoldenDigest, ::testing::ValuesIn(golden::all_en
 TEST(GoldenDigests, Regenerate) {
     const char* path = std::getenv("QEL_GOLDEN_REGENERATE");
     if (!path || !*path) GTEST_SKIP() << "QEL_GOLDEN_REGENERATE not set";
-    set_noise_seed();
+    golden::set_noise_seed();
     std::ostringstream made;
     made << "# Golden output digests (FNV-1a 64 of each call's outputs and returned values).\n"
          << "# Made on 64-bit Linux by scripts/golden.sh; every platform must give the same.\n";

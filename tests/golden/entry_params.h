@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,15 @@ inline std::string entry_test_name(const ::testing::TestParamInfo<size_t>& info)
     for (char& ch : name)
         if (!std::isalnum(static_cast<unsigned char>(ch))) ch = '_';
     return name;
+}
+
+// The noise generator's seed for the whole process: the entries that add noise give fixed bytes.
+inline void set_noise_seed() {
+#if defined(_WIN32)
+    _putenv_s("QEL_NOISE_SEED", "12345");
+#else
+    setenv("QEL_NOISE_SEED", "12345", 1);
+#endif
 }
 
 inline std::vector<size_t> all_entries() {
