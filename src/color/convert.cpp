@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <type_traits>
 
 namespace {
@@ -125,13 +126,13 @@ void bgr8(__m128i y, __m128i cu, __m128i cv, __m128i& b, __m128i& g, __m128i& r)
     r = shifted16({_mm_madd_epi16(yv[0], wRed), _mm_madd_epi16(yv[1], wRed)}, qel::kYuvShift);
 }
 
-// B, G, R of the whole 32-pixel blocks of a row; returns how many pixels it did.
+// B, G, R of the whole 32-pixel blocks of a row from pixel `from`; returns where it stopped.
 template <class Row>
-int bgr_blocks(const Row& row, int width, unsigned char* rgb) {
+int bgr_blocks(const Row& row, int from, int width, unsigned char* rgb) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i offset = _mm_set1_epi16(qel::kChromaOffset);
-    int x = 0;
-    for (; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
+    int x = from;
+    for (rgb += static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
         __m128i u;
         __m128i v;
         load_chroma(row, x / 2, u, v);
@@ -159,10 +160,10 @@ int bgr_blocks(const Row& row, int width, unsigned char* rgb) {
 }
 
 // Y, and the chroma of each 2 × 2 block, of the whole 32-pixel blocks of two rows of a 4:2:0 frame
-// with a luma plane; returns how many pixels of each row it did.
+// with a luma plane, from pixel `from`; returns where it stopped.
 template <int ChromaStep>
 int camera_blocks_420(const unsigned char* const bgrRows[2],
-                      const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2], int width) {
+                      const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2], int from, int width) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i ones = _mm_set1_epi16(1);
     const __m128i offset = _mm_set1_epi16(qel::kChromaOffset);
@@ -172,7 +173,7 @@ int camera_blocks_420(const unsigned char* const bgrRows[2],
     const __m128i wUR = simd::weight_pair(-qel::kUWeightRed, 0);
     const __m128i wVBG = simd::weight_pair(-qel::kVWeightBlue, -qel::kVWeightGreen);
     const __m128i wVR = simd::weight_pair(qel::kVWeightRed, 0);
-    int x = 0;
+    int x = from;
     for (; x + kBlock <= width; x += kBlock) {
         __m128i uSum[4] = {zero, zero, zero, zero};  // per pixel column, both rows, 8 columns each
         __m128i vSum[4] = {zero, zero, zero, zero};
@@ -271,7 +272,8 @@ QEL_TARGET_AVX2 size_t grey_blocks_avx2(const unsigned char* rgb, size_t count, 
 // grey blocks, they stop two pixels short of the row's end.
 template <int ChromaStep>
 QEL_TARGET_AVX2 int camera_blocks_420_avx2(const unsigned char* const bgrRows[2],
-                                           const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2], int width) {
+                                           const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2], int from,
+                                           int width) {
     const __m256i wLumaBG = avx2::weight_pair(qel::kLumaWeightBlue, qel::kLumaWeightGreen);
     const __m256i wLumaR = avx2::weight_pair(qel::kLumaWeightRed, 0);
     const __m256i wUBG = avx2::weight_pair(qel::kUWeightBlue, -qel::kUWeightGreen);
@@ -283,7 +285,7 @@ QEL_TARGET_AVX2 int camera_blocks_420_avx2(const unsigned char* const bgrRows[2]
     // Words (pairs of chroma bytes) 0, 4, 1, 5, 2, 6, 3, 7 of each lane: see below.
     const __m256i words = _mm256_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15,  //
                                            0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15);
-    int x = 0;
+    int x = from;
     for (; x + kBlock + 2 <= width; x += kBlock) {
         __m256i uSum[4];  // per register k of 8 pixels, both rows
         __m256i vSum[4];
@@ -413,10 +415,10 @@ QEL_TARGET_AVX2 inline __m256i plane(const __m256i y[2], __m256i term) {
     return _mm256_packus_epi16(_mm256_add_epi16(y[0], term), _mm256_add_epi16(y[1], term));
 }
 
-// B, G, R of the whole 32-pixel blocks of a row with AVX2; returns how many pixels it did. The
+// B, G, R of the whole 32-pixel blocks of a row with AVX2; from pixel `from`; returns where it stopped. The
 // planes of 32 pixels (lane 0: pixels 0 .. 15) are interleaved by byte shuffles, 16 pixels a lane.
 template <class Row>
-QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rgb) {
+QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int from, int width, unsigned char* rgb) {
     // Byte k of output register j (j = 0, 1, 2) of a lane is byte 16j + k of the lane's 48 bytes,
     // pixel p = (16j + k) / 3 of channel (16j + k) % 3, found in the channel's plane at p / 2 (even
     // p) or 8 + p / 2 (odd p): one shuffle per channel, -1 where another channel's byte goes.
@@ -433,8 +435,8 @@ QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rg
         for (int c = 0; c < 3; ++c)
             shuffle[j][c] =
                 _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks[j][c])));
-    int x = 0;
-    for (; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
+    int x = from;
+    for (rgb += static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
         const Yuv32 s = load_yuv32(row, x);
         const ChromaTerms16 t = chroma_terms(s.u, s.v);
         const __m256i planes[3] = {plane(s.y, t.blue), plane(s.y, t.green), plane(s.y, t.red)};
@@ -450,6 +452,231 @@ QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rg
     }
     return x;
 }
+
+#ifdef QEL_SIMD_AVX512
+// GCC 12 takes the undefined register that several AVX-512 intrinsics pass on (casts, shifts) for
+// an uninitialised variable.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
+// Byte-permute indices for the 64-pixel steps, worked out at compile time.
+struct Permutes64 {
+    // Packed pairs (Cb, Y, Cr, Y) in two registers: byte 4k + c of pair k to byte 2k (the low byte
+    // of word k), for c = 0 (Cb), 1 (first Y), 2 (Cr), 3 (second Y).
+    unsigned char packed[4][64];
+    // Planes of 64 pixels to packed B, G, R (see bgr_blocks_avx512): for output register j, the
+    // index of each blue or green byte in (blue, green) and of each red byte in red.
+    unsigned char blueGreen[3][64];
+    unsigned char red[3][64];
+    uint64_t redBytes[3];  // which bytes of output register j are red
+    // 32 packed B, G, R pixels (96 bytes in two registers) to 16-bit word pairs in 32-bit lanes,
+    // lane k for pixel 2k + parity: (G, R) and (G, B).
+    unsigned char greenRed[2][64];
+    unsigned char greenBlue[2][64];
+    // Byte 2 of each lane of two registers of 16 lanes, the first register's for the even bytes of
+    // 32 and the second's for the odd ones (Y of even and odd pixels), or the first register's 16
+    // then the second's (U then V).
+    unsigned char interleavedByte2[64];
+    unsigned char byte2[64];
+};
+
+constexpr Permutes64 make_permutes64() {
+    Permutes64 t{};
+    for (int c = 0; c < 4; ++c)
+        for (int k = 0; k < 32; ++k) t.packed[c][2 * k] = static_cast<unsigned char>(4 * k + c);
+    for (int j = 0; j < 3; ++j)
+        for (int k = 0; k < 64; ++k) {
+            const int pixel = (64 * j + k) / 3;
+            const int channel = (64 * j + k) % 3;
+            // A plane holds, per 16 pixels (a 128-bit lane), the 8 even pixels then the 8 odd ones.
+            const int q = pixel % 16;
+            const int at = 16 * (pixel / 16) + (q % 2 == 0 ? q / 2 : 8 + q / 2);
+            if (channel == 2) {
+                t.red[j][k] = static_cast<unsigned char>(at);
+                t.redBytes[j] |= uint64_t{1} << k;
+            } else {
+                t.blueGreen[j][k] = static_cast<unsigned char>(64 * channel + at);
+            }
+        }
+    for (int parity = 0; parity < 2; ++parity)
+        for (int k = 0; k < 16; ++k) {
+            const int at = 3 * (2 * k + parity);  // the pixel's blue byte
+            t.greenRed[parity][4 * k] = static_cast<unsigned char>(at + 1);
+            t.greenRed[parity][4 * k + 2] = static_cast<unsigned char>(at + 2);
+            t.greenBlue[parity][4 * k] = static_cast<unsigned char>(at + 1);
+            t.greenBlue[parity][4 * k + 2] = static_cast<unsigned char>(at);
+        }
+    for (int k = 0; k < 16; ++k) {
+        t.interleavedByte2[2 * k] = static_cast<unsigned char>(4 * k + 2);
+        t.interleavedByte2[2 * k + 1] = static_cast<unsigned char>(64 + 4 * k + 2);
+        t.byte2[k] = static_cast<unsigned char>(4 * k + 2);
+        t.byte2[16 + k] = static_cast<unsigned char>(64 + 4 * k + 2);
+    }
+    return t;
+}
+
+alignas(64) constexpr Permutes64 kPermutes64 = make_permutes64();
+
+QEL_TARGET_AVX512 inline __m512i load_index(const unsigned char* p) { return _mm512_loadu_si512(p); }
+
+// Two 16-bit weights repeated, for _mm512_madd_epi16 on (low, high) word pairs.
+QEL_TARGET_AVX512 inline __m512i pair(int low, int high) {
+    return _mm512_set1_epi32(static_cast<int>((static_cast<unsigned>(high) << 16) | (static_cast<unsigned>(low) & 0xFFFFu)));
+}
+
+// Y of the even and odd pixels, and U, V, of 32 pixel pairs as 16-bit words in pair order.
+struct Yuv64 {
+    __m512i y[2];
+    __m512i u;
+    __m512i v;
+};
+
+// The low and high bytes of the 32 words at p.
+QEL_TARGET_AVX512 inline void split_words(const unsigned char* p, __m512i& low, __m512i& high) {
+    const __m512i v = _mm512_loadu_si512(p);
+    low = _mm512_and_si512(v, _mm512_set1_epi16(0x00FF));
+    high = _mm512_srli_epi16(v, 8);
+}
+
+template <class Byte>
+QEL_TARGET_AVX512 inline Yuv64 load_yuv64(const qel::CameraRow<Byte, 1, 1>& row, int x) {
+    Yuv64 s;
+    split_words(row.luma + x, s.y[0], s.y[1]);
+    s.u = _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(row.cb + x / 2)));
+    s.v = _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(row.cr + x / 2)));
+    return s;
+}
+
+template <class Byte>
+QEL_TARGET_AVX512 inline Yuv64 load_yuv64(const qel::CameraRow<Byte, 1, 2>& row, int x) {
+    Yuv64 s;
+    split_words(row.luma + x, s.y[0], s.y[1]);
+    split_words(row.cb + x, s.u, s.v);
+    return s;
+}
+
+template <class Byte>
+QEL_TARGET_AVX512 inline Yuv64 load_yuv64(const qel::CameraRow<Byte, 2, 4>& row, int x) {
+    const __m512i a = _mm512_loadu_si512(row.cb + 2 * x);
+    const __m512i b = _mm512_loadu_si512(row.cb + 2 * x + 64);
+    const __mmask64 lowBytes = 0x5555555555555555ull;
+    __m512i w[4];
+    for (int c = 0; c < 4; ++c)
+        w[c] = _mm512_maskz_permutex2var_epi8(lowBytes, a, load_index(kPermutes64.packed[c]), b);
+    return {{w[1], w[3]}, w[0], w[2]};
+}
+
+// As chroma_terms, for 32 pairs.
+QEL_TARGET_AVX512 inline void chroma_terms64(__m512i u, __m512i v, __m512i t[3]) {
+    const __m512i offset = _mm512_set1_epi16(qel::kChromaOffset);
+    const __m512i cu = _mm512_sub_epi16(u, offset);
+    const __m512i cv = _mm512_sub_epi16(v, offset);
+    const __m512i wGreen = pair(-qel::kGreenFromU, -qel::kGreenFromV);
+    const __m512i gLo = _mm512_srai_epi32(_mm512_madd_epi16(_mm512_unpacklo_epi16(cu, cv), wGreen), qel::kYuvShift);
+    const __m512i gHi = _mm512_srai_epi32(_mm512_madd_epi16(_mm512_unpackhi_epi16(cu, cv), wGreen), qel::kYuvShift);
+    t[0] = _mm512_mulhi_epi16(_mm512_slli_epi16(cu, 2), _mm512_set1_epi16(qel::kBlueFromU));
+    t[1] = _mm512_packs_epi32(gLo, gHi);
+    t[2] = _mm512_mulhi_epi16(_mm512_slli_epi16(cv, 2), _mm512_set1_epi16(qel::kRedFromV));
+}
+
+// B, G, R of 64-pixel steps of a row from pixel `from`; returns where it stopped. Each channel's
+// plane holds per 128-bit lane 16 pixels, the even ones then the odd ones; a two-register permute
+// places the blue and green bytes of each 64 output bytes and a masked permute the red ones.
+template <class Row>
+QEL_TARGET_AVX512 int bgr_blocks_avx512(const Row& row, int from, int width, unsigned char* rgb) {
+    __m512i blueGreen[3];
+    __m512i red[3];
+    for (int j = 0; j < 3; ++j) {
+        blueGreen[j] = load_index(kPermutes64.blueGreen[j]);
+        red[j] = load_index(kPermutes64.red[j]);
+    }
+    int x = from;
+    for (; x + 64 <= width; x += 64) {
+        const Yuv64 s = load_yuv64(row, x);
+        __m512i t[3];
+        chroma_terms64(s.u, s.v, t);
+        __m512i planes[3];
+        for (int c = 0; c < 3; ++c)
+            planes[c] = _mm512_packus_epi16(_mm512_add_epi16(s.y[0], t[c]), _mm512_add_epi16(s.y[1], t[c]));
+        unsigned char* out = rgb + static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel;
+        for (int j = 0; j < 3; ++j) {
+            const __m512i bg = _mm512_permutex2var_epi8(planes[0], blueGreen[j], planes[1]);
+            _mm512_storeu_si512(out + 64 * j,
+                                _mm512_mask_permutexvar_epi8(bg, kPermutes64.redBytes[j], red[j], planes[2]));
+        }
+    }
+    return x;
+}
+
+// Y, and the chroma of each 2 × 2 block, of 32-pixel steps of two rows of a 4:2:0 frame with a luma
+// plane, from pixel `from`; returns where it stopped.
+//
+// Each weighted sum is taken at 4 × its scale, so that its result is the high 16-bit word of a
+// 32-bit lane and needs no shift: floor(4s / 2^16) = floor(s / 2^14) = s >> 14. Y (0..254) is then
+// byte 2 of the lane; 4 · 9617 does not fit 16 bits, so green is weighted half in each of Y's two
+// multiply-adds. U's 4 · 8192 · B and V's 4 · 8192 · R are shifts, and the other two products of
+// each one multiply-add, which the processor adds to the shifted value (AVX-512 VNNI). The four U
+// (V) of a block are summed in 16-bit lanes, which leaves the high words the exact sums, shifted
+// right by 2 there, and + 128 flips bit 7 of the byte taken.
+template <int ChromaStep>
+QEL_TARGET_AVX512 int camera_blocks_420_avx512(const unsigned char* const bgrRows[2],
+                                               const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2], int from,
+                                               int width) {
+    const __m512i wYGreenRed = pair(2 * qel::kLumaWeightGreen, 4 * qel::kLumaWeightRed);
+    const __m512i wYGreenBlue = pair(2 * qel::kLumaWeightGreen, 4 * qel::kLumaWeightBlue);
+    const __m512i wUGreenRed = pair(-4 * qel::kUWeightGreen, -4 * qel::kUWeightRed);
+    const __m512i wVGreenBlue = pair(-4 * qel::kVWeightGreen, -4 * qel::kVWeightBlue);
+    const __m512i highWords = _mm512_set1_epi32(static_cast<int>(0xFFFF0000u));
+    __m512i greenRed[2];
+    __m512i greenBlue[2];
+    for (int parity = 0; parity < 2; ++parity) {
+        greenRed[parity] = load_index(kPermutes64.greenRed[parity]);
+        greenBlue[parity] = load_index(kPermutes64.greenBlue[parity]);
+    }
+    const __m512i lumaBytes = load_index(kPermutes64.interleavedByte2);
+    const __m512i chromaBytes = load_index(ChromaStep == 1 ? kPermutes64.byte2 : kPermutes64.interleavedByte2);
+    const __mmask64 lowBytes = 0x5555555555555555ull;
+    int x = from;
+    for (; x + 32 <= width; x += 32) {
+        __m512i uSum = _mm512_setzero_si512();
+        __m512i vSum = _mm512_setzero_si512();
+        for (int r = 0; r < 2; ++r) {
+            const unsigned char* p = bgrRows[r] + 3 * x;
+            const __m512i a = _mm512_loadu_si512(p);
+            const __m512i b = _mm512_zextsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + 64)));
+            __m512i luma[2];
+            for (int parity = 0; parity < 2; ++parity) {
+                const __m512i gr = _mm512_maskz_permutex2var_epi8(lowBytes, a, greenRed[parity], b);
+                const __m512i gb = _mm512_maskz_permutex2var_epi8(lowBytes, a, greenBlue[parity], b);
+                luma[parity] = _mm512_dpwssd_epi32(_mm512_madd_epi16(gr, wYGreenRed), gb, wYGreenBlue);
+                // 4 · 8192 · B and 4 · 8192 · R: the high word moved down by one bit.
+                const __m512i blue = _mm512_srli_epi32(_mm512_and_si512(gb, highWords), 1);
+                const __m512i red = _mm512_srli_epi32(_mm512_and_si512(gr, highWords), 1);
+                uSum = _mm512_add_epi16(uSum, _mm512_dpwssd_epi32(blue, gr, wUGreenRed));
+                vSum = _mm512_add_epi16(vSum, _mm512_dpwssd_epi32(red, gb, wVGreenBlue));
+            }
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(rows[r].luma + x),
+                                _mm512_castsi512_si256(_mm512_permutex2var_epi8(luma[0], lumaBytes, luma[1])));
+        }
+        const __m512i chroma = _mm512_xor_si512(
+            _mm512_permutex2var_epi8(_mm512_srai_epi16(uSum, 2), chromaBytes, _mm512_srai_epi16(vSum, 2)),
+            _mm512_set1_epi8(static_cast<char>(0x80)));
+        if constexpr (ChromaStep == 1) {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cb + x / 2), _mm512_castsi512_si128(chroma));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cr + x / 2), _mm512_extracti32x4_epi32(chroma, 1));
+        } else {
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(rows[0].cb + x), _mm512_castsi512_si256(chroma));
+        }
+    }
+    return x;
+}
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+#endif
 #endif
 
 #ifdef QEL_SIMD_SSE2
@@ -457,10 +684,14 @@ QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int width, unsigned char* rg
 template <int ChromaStep>
 int fast_blocks_420(const unsigned char* const bgrRows[2], const qel::CameraRow<unsigned char, 1, ChromaStep> rows[2],
                     int width) {
-#ifdef QEL_SIMD_AVX2
-    if (qel::simd::avx2()) return camera_blocks_420_avx2(bgrRows, rows, width);
+    int done = 0;
+#ifdef QEL_SIMD_AVX512
+    if (qel::simd::avx512()) done = camera_blocks_420_avx512(bgrRows, rows, done, width);
 #endif
-    return qel::simd::sse2() ? camera_blocks_420(bgrRows, rows, width) : 0;
+#ifdef QEL_SIMD_AVX2
+    if (qel::simd::avx2()) return camera_blocks_420_avx2(bgrRows, rows, done, width);
+#endif
+    return qel::simd::sse2() ? camera_blocks_420(bgrRows, rows, done, width) : done;
 }
 #endif
 
@@ -473,12 +704,16 @@ void camera_to_bgr(const unsigned char* frame, int width, int height, unsigned c
     if (qel::simd::sse2()) {
         const std::ptrdiff_t rgbRowBytes = static_cast<std::ptrdiff_t>(width) * kBytesPerRgbPixel;
         for (int y = 0; y < height; ++y, rgb += rgbRowBytes) {
-#ifdef QEL_SIMD_AVX2
-            const int done =
-                qel::simd::avx2() ? bgr_blocks_avx2(layout.row(y), width, rgb) : bgr_blocks(layout.row(y), width, rgb);
-#else
-            const int done = bgr_blocks(layout.row(y), width, rgb);
+            int done = 0;
+#ifdef QEL_SIMD_AVX512
+            if (qel::simd::avx512()) done = bgr_blocks_avx512(layout.row(y), done, width, rgb);
 #endif
+#ifdef QEL_SIMD_AVX2
+            if (qel::simd::avx2())
+                done = bgr_blocks_avx2(layout.row(y), done, width, rgb);
+            else
+#endif
+                done = bgr_blocks(layout.row(y), done, width, rgb);
             qel::copy_bgr(layout, RectArea{done, width - 1, y, y}, rgb + done * kBytesPerRgbPixel);
         }
         return;

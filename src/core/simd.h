@@ -5,7 +5,8 @@
 // /arch:SSE2), so it is compiled in wherever it is available and QEL_NO_SIMD is not defined
 // (QEL_SIMD_SSE2). AVX2 kernels (QEL_SIMD_AVX2, core/simd_avx2.h) are compiled beside them with GCC
 // and clang on x86 through target attributes, and used only where the processor has AVX2; the few
-// AVX-512 kernels (the byte permutes of look-up tables) likewise where it has AVX-512 VBMI. Which
+// AVX-512 kernels (look-up tables and camera-frame conversions, built on byte permutes) likewise
+// where it has AVX-512 VBMI and VNNI. Which
 // set runs is chosen once per process at run time (simd::level()); every fast path sits beside a
 // portable loop that gives the same bytes, used for the tails of rows, on other processors, with
 // QEL_NO_SIMD, and when the environment variable QEL_SIMD asks for it (the tests run each path so).
@@ -16,7 +17,8 @@ namespace qel {
 namespace simd {
 
 // The instruction sets of the fast paths, each including the ones before it. avx512 stands for
-// AVX-512 F, BW and VBMI (byte permutes), which every such processor has with AVX2.
+// AVX-512 F, BW, VBMI (byte permutes) and VNNI (multiply-adds into a sum), which every such
+// processor has with AVX2.
 enum class Level { portable = 0, sse2 = 1, avx2 = 2, avx512 = 3 };
 
 // The set the fast paths use in this process, decided on first use (thread-safe) and fixed after:

@@ -13,9 +13,9 @@
 #if defined(QEL_SIMD_SSE2) && defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 #define QEL_SIMD_AVX2 1
 #define QEL_TARGET_AVX2 __attribute__((target("avx2")))
-// AVX-512 with byte permutes, for the kernels that simd::avx512() admits.
+// AVX-512 with byte permutes and VNNI, for the kernels that simd::avx512() admits.
 #define QEL_SIMD_AVX512 1
-#define QEL_TARGET_AVX512 __attribute__((target("avx2,avx512f,avx512bw,avx512vbmi")))
+#define QEL_TARGET_AVX512 __attribute__((target("avx2,avx512f,avx512bw,avx512vbmi,avx512vnni")))
 #include <immintrin.h>
 
 namespace qel {

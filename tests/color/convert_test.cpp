@@ -227,10 +227,10 @@ TEST(ColourConversions, Yuv420BlockChromaIsTheMeanOfOffsetValues) {
 
 }  // namespace
 
-// ---- every width: the 32-pixel steps and their tails agree with the formulas ------------------
+// ---- every width: the 32- and 64-pixel steps and their tails agree with the formulas -----------
 
 TEST(ColourConversions, EveryWidthAndTailMatchesThePerPixelFormulas) {
-    for (int w = 1; w <= 70; ++w) {
+    for (int w = 1; w <= 140; ++w) {
         SCOPED_TRACE(w);
         const int h = 3;
         const Bytes rgb = qel_test::random_bgr(w, h, static_cast<unsigned>(w));
