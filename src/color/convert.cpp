@@ -415,26 +415,36 @@ QEL_TARGET_AVX2 inline __m256i plane(const __m256i y[2], __m256i term) {
     return _mm256_packus_epi16(_mm256_add_epi16(y[0], term), _mm256_add_epi16(y[1], term));
 }
 
-// B, G, R of the whole 32-pixel blocks of a row with AVX2; from pixel `from`; returns where it stopped. The
-// planes of 32 pixels (lane 0: pixels 0 .. 15) are interleaved by byte shuffles, 16 pixels a lane.
-template <class Row>
-QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int from, int width, unsigned char* rgb) {
-    // Byte k of output register j (j = 0, 1, 2) of a lane is byte 16j + k of the lane's 48 bytes,
-    // pixel p = (16j + k) / 3 of channel (16j + k) % 3, found in the channel's plane at p / 2 (even
-    // p) or 8 + p / 2 (odd p): one shuffle per channel, -1 where another channel's byte goes.
-    alignas(32) signed char masks[3][3][16];
+// Byte k of output register j (j = 0, 1, 2) of a lane is byte 16j + k of the lane's 48 bytes,
+// pixel p = (16j + k) / 3 of channel (16j + k) % 3, found in the channel's plane at p / 2 (even p)
+// or 8 + p / 2 (odd p): one shuffle per channel, -1 where another channel's byte goes.
+struct InterleaveMasks {
+    signed char masks[3][3][16];
+};
+
+constexpr InterleaveMasks make_interleave_masks() {
+    InterleaveMasks t{};
     for (int j = 0; j < 3; ++j)
         for (int c = 0; c < 3; ++c)
             for (int k = 0; k < 16; ++k) {
                 const int pixel = (16 * j + k) / 3;
                 const int at = pixel % 2 == 0 ? pixel / 2 : 8 + pixel / 2;
-                masks[j][c][k] = static_cast<signed char>((16 * j + k) % 3 == c ? at : -1);
+                t.masks[j][c][k] = static_cast<signed char>((16 * j + k) % 3 == c ? at : -1);
             }
+    return t;
+}
+
+constexpr InterleaveMasks kInterleaveMasks = make_interleave_masks();
+
+// B, G, R of the whole 32-pixel blocks of a row with AVX2; from pixel `from`; returns where it stopped. The
+// planes of 32 pixels (lane 0: pixels 0 .. 15) are interleaved by byte shuffles, 16 pixels a lane.
+template <class Row>
+QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int from, int width, unsigned char* rgb) {
     __m256i shuffle[3][3];
     for (int j = 0; j < 3; ++j)
         for (int c = 0; c < 3; ++c)
-            shuffle[j][c] =
-                _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks[j][c])));
+            shuffle[j][c] = _mm256_broadcastsi128_si256(
+                _mm_loadu_si128(reinterpret_cast<const __m128i*>(kInterleaveMasks.masks[j][c])));
     int x = from;
     for (rgb += static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
         const Yuv32 s = load_yuv32(row, x);
@@ -467,10 +477,9 @@ struct Permutes64 {
     // of word k), for c = 0 (Cb), 1 (first Y), 2 (Cr), 3 (second Y).
     unsigned char packed[4][64];
     // Planes of 64 pixels to packed B, G, R (see bgr_blocks_avx512): for output register j, the
-    // index of each blue or green byte in (blue, green) and of each red byte in red.
+    // index of each blue or green byte in (blue, green), then of each byte in (that, red).
     unsigned char blueGreen[3][64];
     unsigned char red[3][64];
-    uint64_t redBytes[3];  // which bytes of output register j are red
     // 32 packed B, G, R pixels (96 bytes in two registers) to 16-bit word pairs in 32-bit lanes,
     // lane k for pixel 2k + parity: (G, R) and (G, B).
     unsigned char greenRed[2][64];
@@ -494,10 +503,10 @@ constexpr Permutes64 make_permutes64() {
             const int q = pixel % 16;
             const int at = 16 * (pixel / 16) + (q % 2 == 0 ? q / 2 : 8 + q / 2);
             if (channel == 2) {
-                t.red[j][k] = static_cast<unsigned char>(at);
-                t.redBytes[j] |= uint64_t{1} << k;
+                t.red[j][k] = static_cast<unsigned char>(64 + at);
             } else {
                 t.blueGreen[j][k] = static_cast<unsigned char>(64 * channel + at);
+                t.red[j][k] = static_cast<unsigned char>(k);
             }
         }
     for (int parity = 0; parity < 2; ++parity)
@@ -583,7 +592,8 @@ QEL_TARGET_AVX512 inline void chroma_terms64(__m512i u, __m512i v, __m512i t[3])
 
 // B, G, R of 64-pixel steps of a row from pixel `from`; returns where it stopped. Each channel's
 // plane holds per 128-bit lane 16 pixels, the even ones then the odd ones; a two-register permute
-// places the blue and green bytes of each 64 output bytes and a masked permute the red ones.
+// places the blue and green bytes of each 64 output bytes and a second one adds the red ones.
+// (A merging one-register permute for red is slower on AMD's Zen 4.)
 template <class Row>
 QEL_TARGET_AVX512 int bgr_blocks_avx512(const Row& row, int from, int width, unsigned char* rgb) {
     __m512i blueGreen[3];
@@ -603,11 +613,40 @@ QEL_TARGET_AVX512 int bgr_blocks_avx512(const Row& row, int from, int width, uns
         unsigned char* out = rgb + static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel;
         for (int j = 0; j < 3; ++j) {
             const __m512i bg = _mm512_permutex2var_epi8(planes[0], blueGreen[j], planes[1]);
-            _mm512_storeu_si512(out + 64 * j,
-                                _mm512_mask_permutexvar_epi8(bg, kPermutes64.redBytes[j], red[j], planes[2]));
+            _mm512_storeu_si512(out + 64 * j, _mm512_permutex2var_epi8(bg, red[j], planes[2]));
         }
     }
     return x;
+}
+
+// Grey of 32-pixel steps with AVX-512 (the sums as in camera_blocks_420_avx512, at 16 × the grey
+// formula's scale so that the grey value is byte 2 of each lane); returns how many pixels it did.
+QEL_TARGET_AVX512 size_t grey_blocks_avx512(const unsigned char* rgb, size_t count, unsigned char* grey) {
+    const __m512i wGreenRed = pair(8 * qel::kGreyWeightGreen, 16 * qel::kGreyWeightRed);
+    const __m512i wGreenBlue = pair(8 * qel::kGreyWeightGreen, 16 * qel::kGreyWeightBlue);
+    __m512i greenRed[2];
+    __m512i greenBlue[2];
+    for (int parity = 0; parity < 2; ++parity) {
+        greenRed[parity] = load_index(kPermutes64.greenRed[parity]);
+        greenBlue[parity] = load_index(kPermutes64.greenBlue[parity]);
+    }
+    const __m512i greyBytes = load_index(kPermutes64.interleavedByte2);
+    const __mmask64 lowBytes = 0x5555555555555555ull;
+    size_t i = 0;
+    for (; i + 32 <= count; i += 32) {
+        const unsigned char* p = rgb + 3 * i;
+        const __m512i a = _mm512_loadu_si512(p);
+        const __m512i b = _mm512_zextsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + 64)));
+        __m512i sums[2];
+        for (int parity = 0; parity < 2; ++parity) {
+            const __m512i gr = _mm512_maskz_permutex2var_epi8(lowBytes, a, greenRed[parity], b);
+            const __m512i gb = _mm512_maskz_permutex2var_epi8(lowBytes, a, greenBlue[parity], b);
+            sums[parity] = _mm512_dpwssd_epi32(_mm512_madd_epi16(gr, wGreenRed), gb, wGreenBlue);
+        }
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(grey + i),
+                            _mm512_castsi512_si256(_mm512_permutex2var_epi8(sums[0], greyBytes, sums[1])));
+    }
+    return i;
 }
 
 // Y, and the chroma of each 2 × 2 block, of 32-pixel steps of two rows of a 4:2:0 frame with a luma
@@ -629,6 +668,7 @@ QEL_TARGET_AVX512 int camera_blocks_420_avx512(const unsigned char* const bgrRow
     const __m512i wUGreenRed = pair(-4 * qel::kUWeightGreen, -4 * qel::kUWeightRed);
     const __m512i wVGreenBlue = pair(-4 * qel::kVWeightGreen, -4 * qel::kVWeightBlue);
     const __m512i highWords = _mm512_set1_epi32(static_cast<int>(0xFFFF0000u));
+    const __m512i offset = _mm512_set1_epi32(2 * qel::kChromaOffset << 16);
     __m512i greenRed[2];
     __m512i greenBlue[2];
     for (int parity = 0; parity < 2; ++parity) {
@@ -640,8 +680,8 @@ QEL_TARGET_AVX512 int camera_blocks_420_avx512(const unsigned char* const bgrRow
     const __mmask64 lowBytes = 0x5555555555555555ull;
     int x = from;
     for (; x + 32 <= width; x += 32) {
-        __m512i uSum = _mm512_setzero_si512();
-        __m512i vSum = _mm512_setzero_si512();
+        __m512i u[4];  // per row and parity
+        __m512i v[4];
         for (int r = 0; r < 2; ++r) {
             const unsigned char* p = bgrRows[r] + 3 * x;
             const __m512i a = _mm512_loadu_si512(p);
@@ -651,18 +691,19 @@ QEL_TARGET_AVX512 int camera_blocks_420_avx512(const unsigned char* const bgrRow
                 const __m512i gr = _mm512_maskz_permutex2var_epi8(lowBytes, a, greenRed[parity], b);
                 const __m512i gb = _mm512_maskz_permutex2var_epi8(lowBytes, a, greenBlue[parity], b);
                 luma[parity] = _mm512_dpwssd_epi32(_mm512_madd_epi16(gr, wYGreenRed), gb, wYGreenBlue);
-                // 4 · 8192 · B and 4 · 8192 · R: the high word moved down by one bit.
-                const __m512i blue = _mm512_srli_epi32(_mm512_and_si512(gb, highWords), 1);
-                const __m512i red = _mm512_srli_epi32(_mm512_and_si512(gr, highWords), 1);
-                uSum = _mm512_add_epi16(uSum, _mm512_dpwssd_epi32(blue, gr, wUGreenRed));
-                vSum = _mm512_add_epi16(vSum, _mm512_dpwssd_epi32(red, gb, wVGreenBlue));
+                // 4 · 8192 · B (R), plus 128 in the high word: (B << 16 | 256 << 16) >> 1.
+                const __m512i blue = _mm512_srli_epi32(_mm512_ternarylogic_epi32(gb, highWords, offset, 0xEA), 1);
+                const __m512i red = _mm512_srli_epi32(_mm512_ternarylogic_epi32(gr, highWords, offset, 0xEA), 1);
+                u[2 * r + parity] = _mm512_dpwssd_epi32(blue, gr, wUGreenRed);
+                v[2 * r + parity] = _mm512_dpwssd_epi32(red, gb, wVGreenBlue);
             }
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(rows[r].luma + x),
                                 _mm512_castsi512_si256(_mm512_permutex2var_epi8(luma[0], lumaBytes, luma[1])));
         }
-        const __m512i chroma = _mm512_xor_si512(
-            _mm512_permutex2var_epi8(_mm512_srai_epi16(uSum, 2), chromaBytes, _mm512_srai_epi16(vSum, 2)),
-            _mm512_set1_epi8(static_cast<char>(0x80)));
+        const __m512i uSum = _mm512_add_epi16(_mm512_add_epi16(u[0], u[1]), _mm512_add_epi16(u[2], u[3]));
+        const __m512i vSum = _mm512_add_epi16(_mm512_add_epi16(v[0], v[1]), _mm512_add_epi16(v[2], v[3]));
+        const __m512i chroma =
+            _mm512_permutex2var_epi8(_mm512_srai_epi16(uSum, 2), chromaBytes, _mm512_srai_epi16(vSum, 2));
         if constexpr (ChromaStep == 1) {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cb + x / 2), _mm512_castsi512_si128(chroma));
             _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[0].cr + x / 2), _mm512_extracti32x4_epi32(chroma, 1));
@@ -774,10 +815,13 @@ void bgr_to_camera(const unsigned char* rgb, int width, int height, unsigned cha
 void QelRGB2Gry(unsigned char* rgb, int width, int height, unsigned char* grey) {
     size_t done = 0;
 #ifdef QEL_SIMD_SSE2
-#ifdef QEL_SIMD_AVX2
-    if (qel::simd::avx2()) done = grey_blocks_avx2(rgb, pixel_count(width, height), grey);
+    // (each narrower set also where the wider one found the image too small for one block)
+#ifdef QEL_SIMD_AVX512
+    if (qel::simd::avx512()) done = grey_blocks_avx512(rgb, pixel_count(width, height), grey);
 #endif
-    // (SSE2 also where AVX2 found the image too small for one block)
+#ifdef QEL_SIMD_AVX2
+    if (qel::simd::avx2() && done == 0) done = grey_blocks_avx2(rgb, pixel_count(width, height), grey);
+#endif
     if (qel::simd::sse2() && done == 0) done = grey_blocks(rgb, pixel_count(width, height), grey);
 #endif
     qel::grey_from_each_pixel(rgb + done * kBytesPerRgbPixel, pixel_count(width, height) - done, grey + done,
