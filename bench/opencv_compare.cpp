@@ -167,6 +167,18 @@ int main(int argc, char** argv) {
                      [&] { cv::cvtColor(mI420, cvGrey, cv::COLOR_YUV2GRAY_I420); }, 2 * g});
     pairs.push_back({"CbYCrY2Gry / YUV2GRAY_UYVY", [&] { QelCbYCrY2Gry(uyvy.data(), w, h, o); },
                      [&] { cv::cvtColor(mUyvy, cvGrey, cv::COLOR_YUV2GRAY_UYVY); }, 3 * g});
+    // Channel planes: three grey planes to packed pixels (the same plane three times, so a grey image
+    // to BGR) and one channel out.
+    pairs.push_back({"Gry2RGBImg (three planes) / merge",
+                     [&] { QelGry2RGBImg(grey.data(), grey2.data(), grey.data(), w, h, o); },
+                     [&] {
+                         const cv::Mat planes[3] = {mGrey, mGrey2, mGrey};
+                         cv::merge(planes, 3, cvBgr);
+                     },
+                     6 * g});
+    pairs.push_back({"ExtractOneChannelFromRGB / extractChannel",
+                     [&] { QelExtractOneChannelFromRGB(bgr.data(), w, h, 1, o); },
+                     [&] { cv::extractChannel(mBgr, cvGrey, 1); }, 4 * g});
     // Thresholds and histograms. Qel sets pixels >= T, OpenCV pixels > T.
     pairs.push_back({"Threshold / threshold", [&] { QelThreshold(grey.data(), w, h, 100, o); },
                      [&] { cv::threshold(mGrey, cvGrey, 99, 255, cv::THRESH_BINARY); }, 2 * g});

@@ -63,13 +63,7 @@ void QelOROneChannelInRGB(unsigned char* rgb, int width, int height, int channel
 
 void QelGry2RGBImg(unsigned char* red, unsigned char* green, unsigned char* blue, int width, int height,
                    unsigned char* rgb) {
-    const size_t n = pixel_count(width, height);
-    unsigned char* p = rgb;
-    for (size_t i = 0; i < n; ++i, p += kBytesPerRgbPixel) {
-        p[0] = blue[i];
-        p[1] = green[i];
-        p[2] = red[i];
-    }
+    qel::interleave_planes(blue, green, red, pixel_count(width, height), rgb);
 }
 
 void QelExtractOneField(unsigned char* frame, int width, int height, bool rgb, bool odd,

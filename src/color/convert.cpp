@@ -415,50 +415,21 @@ QEL_TARGET_AVX2 inline __m256i plane(const __m256i y[2], __m256i term) {
     return _mm256_packus_epi16(_mm256_add_epi16(y[0], term), _mm256_add_epi16(y[1], term));
 }
 
-// Byte k of output register j (j = 0, 1, 2) of a lane is byte 16j + k of the lane's 48 bytes,
-// pixel p = (16j + k) / 3 of channel (16j + k) % 3, found in the channel's plane at p / 2 (even p)
-// or 8 + p / 2 (odd p): one shuffle per channel, -1 where another channel's byte goes.
-struct InterleaveMasks {
-    signed char masks[3][3][16];
-};
-
-constexpr InterleaveMasks make_interleave_masks() {
-    InterleaveMasks t{};
-    for (int j = 0; j < 3; ++j)
-        for (int c = 0; c < 3; ++c)
-            for (int k = 0; k < 16; ++k) {
-                const int pixel = (16 * j + k) / 3;
-                const int at = pixel % 2 == 0 ? pixel / 2 : 8 + pixel / 2;
-                t.masks[j][c][k] = static_cast<signed char>((16 * j + k) % 3 == c ? at : -1);
-            }
-    return t;
-}
-
-constexpr InterleaveMasks kInterleaveMasks = make_interleave_masks();
+// The planes hold, per 128-bit lane, the 8 even pixels then the 8 odd ones.
+constexpr avx2::Interleave3 kEvenOddInterleave =
+    avx2::make_interleave3([](int pixel) { return pixel % 2 == 0 ? pixel / 2 : 8 + pixel / 2; });
 
 // B, G, R of the whole 32-pixel blocks of a row with AVX2; from pixel `from`; returns where it stopped. The
 // planes of 32 pixels (lane 0: pixels 0 .. 15) are interleaved by byte shuffles, 16 pixels a lane.
 template <class Row>
 QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int from, int width, unsigned char* rgb) {
-    __m256i shuffle[3][3];
-    for (int j = 0; j < 3; ++j)
-        for (int c = 0; c < 3; ++c)
-            shuffle[j][c] = _mm256_broadcastsi128_si256(
-                _mm_loadu_si128(reinterpret_cast<const __m128i*>(kInterleaveMasks.masks[j][c])));
+    const avx2::Interleave3Shuffles shuffles = avx2::load_interleave3(kEvenOddInterleave);
     int x = from;
     for (rgb += static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel; x + kBlock <= width; x += kBlock, rgb += 3 * kBlock) {
         const Yuv32 s = load_yuv32(row, x);
         const ChromaTerms16 t = chroma_terms(s.u, s.v);
         const __m256i planes[3] = {plane(s.y, t.blue), plane(s.y, t.green), plane(s.y, t.red)};
-        __m256i out[3];
-        for (int j = 0; j < 3; ++j)
-            out[j] = _mm256_or_si256(_mm256_or_si256(_mm256_shuffle_epi8(planes[0], shuffle[j][0]),
-                                                     _mm256_shuffle_epi8(planes[1], shuffle[j][1])),
-                                     _mm256_shuffle_epi8(planes[2], shuffle[j][2]));
-        // Lane 0 of out[0..2] is bytes 0..47, lane 1 bytes 48..95.
-        avx2::store(rgb, _mm256_permute2x128_si256(out[0], out[1], 0x20));
-        avx2::store(rgb + 32, _mm256_permute2x128_si256(out[2], out[0], 0x30));
-        avx2::store(rgb + 64, _mm256_permute2x128_si256(out[1], out[2], 0x31));
+        avx2::store_interleaved3(planes, shuffles, rgb);
     }
     return x;
 }

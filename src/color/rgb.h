@@ -22,10 +22,12 @@ void grey_from_each_pixel(const unsigned char* rgb, size_t count, unsigned char*
 }
 
 // grey[i] = byte `channel` (0 blue, 1 green, 2 red) of pixel i, for count pixels.
-inline void extract_channel(const unsigned char* rgb, size_t count, int channel, unsigned char* grey) {
-    const unsigned char* p = rgb + channel;
-    for (size_t i = 0; i < count; ++i, p += kBytesPerRgbPixel) grey[i] = *p;
-}
+void extract_channel(const unsigned char* rgb, size_t count, int channel, unsigned char* grey);
+
+// Packs three planes of count pixels into B, G, R pixels: rgb[3i] = blue[i], rgb[3i + 1] = green[i],
+// rgb[3i + 2] = red[i]. The planes must not overlap rgb.
+void interleave_planes(const unsigned char* blue, const unsigned char* green, const unsigned char* red, size_t count,
+                       unsigned char* rgb);
 
 }  // namespace qel
 

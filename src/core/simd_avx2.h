@@ -48,6 +48,50 @@ QEL_TARGET_AVX2 inline __m256i weight_pair(int a, int b) {
     return _mm256_set1_epi32(static_cast<int>((static_cast<unsigned>(b) << 16) | (static_cast<unsigned>(a) & 0xFFFFu)));
 }
 
+// Three planes of 32 pixels (16 per 128-bit lane) to 96 packed bytes, three per pixel, channel 0
+// first. Byte k of a lane's output chunk j (j = 0, 1, 2) is byte 16j + k of the lane's 48 bytes,
+// pixel p = (16j + k) / 3 of channel (16j + k) % 3, found in that channel's lane at position
+// at(p): one shuffle per channel and chunk, -1 where another channel's byte goes.
+struct Interleave3 {
+    signed char masks[3][3][16];
+};
+
+template <class PositionOf>
+constexpr Interleave3 make_interleave3(PositionOf at) {
+    Interleave3 t{};
+    for (int j = 0; j < 3; ++j)
+        for (int c = 0; c < 3; ++c)
+            for (int k = 0; k < 16; ++k)
+                t.masks[j][c][k] = static_cast<signed char>((16 * j + k) % 3 == c ? at((16 * j + k) / 3) : -1);
+    return t;
+}
+
+// The shuffles of a table, each repeated in both lanes.
+struct Interleave3Shuffles {
+    __m256i s[3][3];
+};
+
+QEL_TARGET_AVX2 inline Interleave3Shuffles load_interleave3(const Interleave3& t) {
+    Interleave3Shuffles r;
+    for (int j = 0; j < 3; ++j)
+        for (int c = 0; c < 3; ++c)
+            r.s[j][c] = _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t.masks[j][c])));
+    return r;
+}
+
+QEL_TARGET_AVX2 inline void store_interleaved3(const __m256i planes[3], const Interleave3Shuffles& t,
+                                               unsigned char* out) {
+    __m256i chunk[3];
+    for (int j = 0; j < 3; ++j)
+        chunk[j] = _mm256_or_si256(_mm256_or_si256(_mm256_shuffle_epi8(planes[0], t.s[j][0]),
+                                                   _mm256_shuffle_epi8(planes[1], t.s[j][1])),
+                                   _mm256_shuffle_epi8(planes[2], t.s[j][2]));
+    // Lane 0 of chunk[0..2] is bytes 0..47, lane 1 bytes 48..95.
+    store(out, _mm256_permute2x128_si256(chunk[0], chunk[1], 0x20));
+    store(out + 32, _mm256_permute2x128_si256(chunk[2], chunk[0], 0x30));
+    store(out + 64, _mm256_permute2x128_si256(chunk[1], chunk[2], 0x31));
+}
+
 }  // namespace avx2
 }  // namespace qel
 

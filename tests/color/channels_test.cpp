@@ -18,26 +18,34 @@ TEST(Channels, MaxOfThreeBytesPerPixel) {
     EXPECT_EQ(grey, (Bytes{200, 255, 3}));
 }
 
-TEST(Channels, ExtractReplaceAndInterleaveAreRoundTrips) {
-    const int w = 7, h = 5;
-    const Bytes original = random_bgr(w, h, 1);
-    Bytes planes[3];
-    for (int channel = 0; channel < 3; ++channel) {
-        Bytes rgb = original;
-        Bytes& plane = planes[channel];
-        plane.resize(w * h);
-        QelExtractOneChannelFromRGB(rgb.data(), w, h, channel, plane.data());
-        for (int i = 0; i < w * h; ++i) ASSERT_EQ(plane[i], original[i * 3 + channel]);
+// Every pixel count from 1 to 420 passes through the 64- and 32-pixel steps and their tails.
+TEST(Channels, ExtractReplaceAndInterleaveAreRoundTripsAtEveryWidth) {
+    for (int w = 1; w <= 140; ++w)
+        for (int h : {1, 3}) {
+            SCOPED_TRACE(testing::Message() << w << " x " << h);
+            const int n = w * h;
+            const Bytes original = random_bgr(w, h, static_cast<unsigned>(n));
+            Bytes planes[3];
+            for (int channel = 0; channel < 3; ++channel) {
+                Bytes rgb = original;
+                Bytes& plane = planes[channel];
+                plane.resize(n);
+                QelExtractOneChannelFromRGB(rgb.data(), w, h, channel, plane.data());
+                for (int i = 0; i < n; ++i) ASSERT_EQ(plane[i], original[i * 3 + channel]) << i;
+                Bytes selected(n);
+                QelSelectRGB2Gry(rgb.data(), w, h, channel, selected.data());
+                ASSERT_EQ(selected, plane);
 
-        Bytes zeros(w * h, 0);
-        QelReplaceOneChannelInRGB(rgb.data(), w, h, channel, zeros.data());
-        for (int i = 0; i < w * h * 3; ++i) ASSERT_EQ(rgb[i], i % 3 == channel ? 0 : original[i]);
-        QelReplaceOneChannelInRGB(rgb.data(), w, h, channel, plane.data());
-        EXPECT_EQ(rgb, original);
-    }
-    Bytes rgb(w * h * 3);
-    QelGry2RGBImg(planes[2].data(), planes[1].data(), planes[0].data(), w, h, rgb.data());
-    EXPECT_EQ(rgb, original);
+                Bytes zeros(n, 0);
+                QelReplaceOneChannelInRGB(rgb.data(), w, h, channel, zeros.data());
+                for (int i = 0; i < n * 3; ++i) ASSERT_EQ(rgb[i], i % 3 == channel ? 0 : original[i]);
+                QelReplaceOneChannelInRGB(rgb.data(), w, h, channel, plane.data());
+                ASSERT_EQ(rgb, original);
+            }
+            Bytes rgb(n * 3);
+            QelGry2RGBImg(planes[2].data(), planes[1].data(), planes[0].data(), w, h, rgb.data());
+            ASSERT_EQ(rgb, original);
+        }
 }
 
 TEST(Channels, OrWithBinaryMaskOnRedSetsOnlyMaskedRedBytesAndIsBitwise) {
