@@ -142,6 +142,8 @@ int main(int argc, char** argv) {
     cv::Mat cvArea = wrap(out, h / 2, w / 2, CV_8UC1);
     cv::Mat cvTurned = wrap(out, w, h, CV_8UC1);
     cv::Mat cvTurnedBgr = wrap(out, w, h, CV_8UC3);
+    cv::Mat cvZoom = wrap(out, 2 * h, 2 * w, CV_8UC1);
+    cv::Mat cvQuarter = wrap(out, h / 4, w / 4, CV_8UC1);
     cv::Mat cvWork;
     unsigned char* o = out.data();
     unsigned char* o2 = out2.data();
@@ -323,6 +325,96 @@ int main(int argc, char** argv) {
                              cv::HoughLines(points, lines, 1, CV_PI / 180, 200);
                          }});
     }
+    // Pixel-wise operations of two images (Qel's running maximum and minimum update their second
+    // argument, as cv::max(acc, img, acc) does).
+    const int ni = static_cast<int>(n);
+    pairs.push_back({"Img1AndImg2ToRes / bitwise_and", [&] { QelImg1AndImg2ToRes(grey.data(), grey2.data(), ni, o); },
+                     [&] { cv::bitwise_and(mGrey, mGrey2, cvGrey); }, 3 * g});
+    pairs.push_back({"Img1OrImg2ToRes / bitwise_or", [&] { QelImg1OrImg2ToRes(grey.data(), grey2.data(), ni, o); },
+                     [&] { cv::bitwise_or(mGrey, mGrey2, cvGrey); }, 3 * g});
+    pairs.push_back({"Img1XorImg2ToRes / bitwise_xor", [&] { QelImg1XorImg2ToRes(grey.data(), grey2.data(), ni, o); },
+                     [&] { cv::bitwise_xor(mGrey, mGrey2, cvGrey); }, 3 * g});
+    pairs.push_back({"Img1SubstractImg2 / subtract",
+                     [&] { QelImg1SubstractImg2(grey.data(), grey2.data(), w, h, false, o); },
+                     [&] { cv::subtract(mGrey, mGrey2, cvGrey); }, 3 * g});
+    pairs.push_back({"RemainMaxGry / max", [&] { QelRemainMaxGry(grey.data(), w, h, false, o); },
+                     [&] { cv::max(cvGrey, mGrey, cvGrey); }, 3 * g});
+    pairs.push_back({"RemainMinGry / min", [&] { QelRemainMinGry(grey.data(), w, h, false, o); },
+                     [&] { cv::min(cvGrey, mGrey, cvGrey); }, 3 * g});
+    pairs.push_back({"ReverseImg / flip -1", [&] { QelReverseImg(grey.data(), w, h, o); },
+                     [&] { cv::flip(mGrey, cvGrey, -1); }, 2 * g});
+    // Whole-image measures and remappings.
+    pairs.push_back({"HistogramEqualizeFast (in place) / equalizeHist", [&] { QelHistogramEqualizeFast(o, w, h); },
+                     [&] { cv::equalizeHist(mGrey, cvGrey); }});
+    pairs.push_back({"GetImageAvrAndDev / meanStdDev",
+                     [&] {
+                         double mean = 0;
+                         double dev = 0;
+                         QelGetImageAvrAndDev(grey.data(), w, h, &mean, &dev);
+                     },
+                     [&] {
+                         cv::Scalar mean;
+                         cv::Scalar dev;
+                         cv::meanStdDev(mGrey, mean, dev);
+                     }});
+    pairs.push_back({"GryMinMaxInRect (ratio 0) / minMaxLoc",
+                     [&] {
+                         int lo = 0;
+                         int hi = 0;
+                         QelGryMinMaxInRect(grey.data(), w, 0, w - 1, 0, h - 1, 0.0, &lo, &hi);
+                     },
+                     [&] {
+                         double lo = 0;
+                         double hi = 0;
+                         cv::minMaxLoc(mGrey, &lo, &hi);
+                     }});
+    pairs.push_back({"GetWhitePixelsNum / countNonZero",
+                     [&] { QelGetWhitePixelsNum(binary.data(), w, h, 0, w - 1, 0, h - 1); },
+                     [&] { cv::countNonZero(mBinary); }});
+    pairs.push_back({"DoSumGryImg / integral",
+                     [&] { QelDoSumGryImg(grey.data(), w, h, reinterpret_cast<int*>(work.data())); },
+                     [&] { cv::integral(mGrey, cvWork, CV_32S); }});
+    // More filters and resizes.
+    const cv::Mat row5 = cv::getStructuringElement(cv::MORPH_RECT, cv::Size(5, 1));
+    const cv::Mat col5 = cv::getStructuringElement(cv::MORPH_RECT, cv::Size(1, 5));
+    pairs.push_back({"GryImgMaxFilter5xInRow / dilate 5x1",
+                     [&] { QelGryImgMaxFilter5xInRow(grey.data(), w, h, o); },
+                     [&] { cv::dilate(mGrey, cvGrey, row5); }});
+    pairs.push_back({"GryImgMinFilter5xInCol / erode 1x5",
+                     [&] { QelGryImgMinFilter5xInCol(grey.data(), w, h, o); },
+                     [&] { cv::erode(mGrey, cvGrey, col5); }});
+    pairs.push_back({"BinImgMedFilter3x3 / medianBlur 3x3 (binary)",
+                     [&] { QelBinImgMedFilter3x3(binary.data(), w, h, o); },
+                     [&] { cv::medianBlur(mBinary, cvGrey, 3); }});
+    pairs.push_back({"RGBAverageFilterFast / blur 3x3 (BGR)",
+                     [&] { QelRGBAverageFilterFast(bgr.data(), w, h, 1, 1, o); },
+                     [&] { cv::blur(mBgr, cvBgr, cv::Size(3, 3)); }});
+    pairs.push_back({"GryImgSobel0 / Sobel |dy|",
+                     [&] { QelGryImgSobel0(grey.data(), w, h, o); },
+                     [&] {
+                         cv::Sobel(mGrey, cvOut, CV_16S, 0, 1);
+                         cv::convertScaleAbs(cvOut, cvGrey);
+                     }});
+    pairs.push_back({"ImgRotate90DegreeCCS / rotate 90 CCW",
+                     [&] { QelImgRotate90DegreeCCS(grey.data(), w, h, false, o); },
+                     [&] { cv::rotate(mGrey, cvTurned, cv::ROTATE_90_COUNTERCLOCKWISE); }});
+    pairs.push_back({"ZoomGryImg2x2 / resize LINEAR 3840x2160",
+                     [&] { QelZoomGryImg2x2(grey.data(), w, h, o); },
+                     [&] { cv::resize(mGrey, cvZoom, cv::Size(2 * w, 2 * h), 0, 0, cv::INTER_LINEAR); }});
+    pairs.push_back({"ShrinkGryImg2x2ByExtract / resize NEAREST 960x540",
+                     [&] {
+                         int dw = 0;
+                         int dh = 0;
+                         QelShrinkGryImg2x2ByExtract(grey.data(), w, h, o, &dw, &dh);
+                     },
+                     [&] { cv::resize(mGrey, cvArea, cv::Size(w / 2, h / 2), 0, 0, cv::INTER_NEAREST); }});
+    pairs.push_back({"ShrinkGryImg4x4ByAvr / resize AREA 480x270",
+                     [&] {
+                         int dw = 0;
+                         int dh = 0;
+                         QelShrinkGryImg4x4ByAvr(grey.data(), w, h, o, &dw, &dh);
+                     },
+                     [&] { cv::resize(mGrey, cvQuarter, cv::Size(w / 4, h / 4), 0, 0, cv::INTER_AREA); }});
     pairs.push_back({"DifferenceImg12 / absdiff",
                      [&] { QelDifferenceImg12(grey.data(), grey2.data(), w, h, false, o); },
                      [&] { cv::absdiff(mGrey, mGrey2, cvGrey); }, 3 * g});

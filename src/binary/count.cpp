@@ -3,6 +3,7 @@
 #include "qel/binary.h"
 
 #include "binary/run_scan.h"
+#include "core/reduce.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -46,29 +47,29 @@ int QelGetWhitePixelsNum(unsigned char* image, int width, int height, int x1, in
     const int right = std::min(width - 1, x2);
     const int top = std::max(y1, 0);
     const int bottom = std::min(height - 1, y2);
-    int n = 0;
-    for (int r = top; r <= bottom; ++r) {
-        const unsigned char* row = row_of(image, width, r);
-        for (int c = left; c <= right; ++c) n += row[c] != 0 ? 1 : 0;
-    }
-    return n;
+    if (right < left || bottom < top) return 0;
+    const size_t span = static_cast<size_t>(right - left + 1);
+    const size_t rows = static_cast<size_t>(bottom - top + 1);
+    if (span == static_cast<size_t>(width))  // whole rows: one stretch of memory
+        return static_cast<int>(span * rows - qel::count_equal(row_of(image, width, top), span * rows, 0));
+    size_t n = 0;
+    for (int r = top; r <= bottom; ++r) n += span - qel::count_equal(row_of(image, width, r) + left, span, 0);
+    return static_cast<int>(n);
 }
 
 double QelGetBlackRatioInBinaryImg(unsigned char* image, int width, int x1, int x2, int y1, int y2) {
     int zeros = 0;
-    for (int r = y1; r <= y2; ++r) {
-        const unsigned char* row = row_of(image, width, r);
-        for (int c = x1; c <= x2; ++c) zeros += row[c] == 0 ? 1 : 0;
-    }
+    if (x2 >= x1)
+        for (int r = y1; r <= y2; ++r)
+            zeros += static_cast<int>(qel::count_equal(row_of(image, width, r) + x1, static_cast<size_t>(x2 - x1 + 1), 0));
     const int area = (x2 - x1 + 1) * (y2 - y1 + 1);
     return zeros * 1.0 / area;
 }
 
 int QelPixelsInGryImg(unsigned char* image, int width, int height, int value) {
     const size_t n = static_cast<size_t>(width) * static_cast<size_t>(height);
-    int count = 0;
-    for (size_t i = 0; i < n; ++i) count += image[i] == value ? 1 : 0;
-    return count;
+    if (value < 0 || value > 255) return 0;  // no byte equals it
+    return static_cast<int>(qel::count_equal(image, n, static_cast<unsigned char>(value)));
 }
 
 int QelBinImgSearchCenterX(unsigned char* image, int width, int height, int x1, int x2) {

@@ -435,12 +435,7 @@ QEL_TARGET_AVX2 int bgr_blocks_avx2(const Row& row, int from, int width, unsigne
 }
 
 #ifdef QEL_SIMD_AVX512
-// GCC 12 takes the undefined register that several AVX-512 intrinsics pass on (casts, shifts) for
-// an uninitialised variable.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
+QEL_AVX512_BEGIN
 
 // Byte-permute indices for the 64-pixel steps, worked out at compile time.
 struct Permutes64 {
@@ -685,9 +680,7 @@ QEL_TARGET_AVX512 int camera_blocks_420_avx512(const unsigned char* const bgrRow
     return x;
 }
 
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic pop
-#endif
+QEL_AVX512_END
 #endif
 #endif
 

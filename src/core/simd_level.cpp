@@ -15,7 +15,8 @@ Level best_available() {
     __builtin_cpu_init();
     if (!__builtin_cpu_supports("avx2")) return Level::sse2;
     const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-                        __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vnni");
+                        __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vnni") &&
+                        __builtin_cpu_supports("popcnt");
     return avx512 ? Level::avx512 : Level::avx2;
 #elif defined(QEL_SIMD_SSE2)
     return Level::sse2;

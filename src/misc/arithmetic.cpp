@@ -15,6 +15,70 @@ namespace {
 
 size_t byte_count(int n) { return n > 0 ? static_cast<size_t>(n) : 0; }
 
+#ifdef QEL_SIMD_AVX512
+QEL_AVX512_BEGIN
+// 16 columns a step (see add_running_sum): the prefix sum by four shifted adds across the register.
+QEL_TARGET_AVX512 int running_sum_avx512(const unsigned char* row, const int* above, int w, int* s,
+                                         uint32_t& running) {
+    const __m512i zero = _mm512_setzero_si512();
+    const __m512i last = _mm512_set1_epi32(15);
+    __m512i carry = _mm512_set1_epi32(static_cast<int>(running));
+    int x = 0;
+    for (; x + 16 <= w; x += 16) {
+        __m512i v = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x)));
+        // _mm512_alignr_epi32(v, 0, 16 − k): v moved up by k lanes, zeros below.
+        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 15));
+        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 14));
+        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 12));
+        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 8));
+        // The step's own total joins the carry by one add, so steps do not wait on each other's
+        // permutes.
+        const __m512i sums = _mm512_add_epi32(v, carry);
+        carry = _mm512_add_epi32(carry, _mm512_permutexvar_epi32(last, v));
+        _mm512_storeu_si512(s + x, above != nullptr ? _mm512_add_epi32(sums, _mm512_loadu_si512(above + x)) : sums);
+    }
+    running = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm512_castsi512_si128(carry)));
+    return x;
+}
+QEL_AVX512_END
+#endif
+
+// s[x] = above[x] (0 without a row above) + row[0] + .. + row[x], wrapping in 32 bits. With SSE2,
+// four columns a step: the prefix sum within a register by two shifted adds, plus the running total
+// carried in every lane.
+void add_running_sum(const unsigned char* row, const int* above, int w, int* s) {
+    int x = 0;
+    uint32_t running = 0;
+#ifdef QEL_SIMD_AVX512
+    if (qel::simd::avx512()) x = running_sum_avx512(row, above, w, s, running);
+#endif
+#ifdef QEL_SIMD_SSE2
+    if (qel::simd::sse2() && x == 0 && w >= 16) {
+        const __m128i zero = _mm_setzero_si128();
+        __m128i carry = zero;
+        for (; x + 16 <= w; x += 16) {
+            const __m128i bytes = qel::simd::load(row + x);
+            const __m128i words[2] = {_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)};
+            for (int k = 0; k < 4; ++k) {
+                __m128i v = k % 2 == 0 ? _mm_unpacklo_epi16(words[k / 2], zero) : _mm_unpackhi_epi16(words[k / 2], zero);
+                v = _mm_add_epi32(v, _mm_slli_si128(v, 4));
+                v = _mm_add_epi32(v, _mm_slli_si128(v, 8));
+                __m128i sums = _mm_add_epi32(v, carry);
+                carry = _mm_add_epi32(carry, _mm_shuffle_epi32(v, 0xFF));
+                if (above != nullptr)
+                    sums = _mm_add_epi32(sums, _mm_loadu_si128(reinterpret_cast<const __m128i*>(above + x + 4 * k)));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(s + x + 4 * k), sums);
+            }
+        }
+        running = static_cast<uint32_t>(_mm_cvtsi128_si32(carry));
+    }
+#endif
+    for (; x < w; ++x) {
+        running += row[x];
+        s[x] = static_cast<int>(running + (above != nullptr ? static_cast<uint32_t>(above[x]) : 0u));
+    }
+}
+
 // The byte operations of this file, each with its plain form and, where SSE2 (AVX2) is available,
 // the same operation on 16 (32) bytes at once.
 #if defined(QEL_SIMD_AVX2)
@@ -181,19 +245,13 @@ void QelRemainMaxMinGry(unsigned char* img, int w, int h, bool isRGB, unsigned c
 
 void QelDoSumGryImg(unsigned char* img, int w, int h, int* sum) {
     if (w <= 0 || h <= 0) return;
-    // 32-bit sums that wrap on overflow, as unsigned arithmetic does; stored as int.
-    auto store = [](uint32_t v) { return static_cast<int>(v); };
-    auto load = [](int v) { return static_cast<uint32_t>(v); };
-    uint32_t running = 0;
-    for (int x = 0; x < w; ++x) {
-        running += img[x];
-        sum[x] = store(running);
-    }
-    for (int y = 1; y < h; ++y) {
+    // 32-bit sums that wrap on overflow, as unsigned arithmetic does; stored as int. Each row is
+    // the row above plus the running sum of the row's own pixels: s[x] − above[x] grows by img[x]
+    // from one column to the next, so the usual s[x − 1] + above[x] − above[x − 1] + img[x] gives
+    // the same bits, and the running sum does not wait on the row above.
+    for (int y = 0; y < h; ++y) {
         const unsigned char* row = img + static_cast<std::ptrdiff_t>(y) * w;
         int* s = sum + static_cast<std::ptrdiff_t>(y) * w;
-        const int* above = s - w;
-        s[0] = store(row[0] + load(above[0]));
-        for (int x = 1; x < w; ++x) s[x] = store(load(s[x - 1]) + load(above[x]) - load(above[x - 1]) + row[x]);
+        add_running_sum(row, y > 0 ? s - w : nullptr, w, s);
     }
 }

@@ -5,6 +5,7 @@
 
 #include "misc/arithmetic.h"
 
+#include "core/reduce.h"
 #include "histogram/statistics.h"
 #include "qel/histogram.h"
 
@@ -106,6 +107,16 @@ int QelGryRectAvr(unsigned char* img, int width, int /*height*/, int x0, int x1,
 
 void QelGryMinMaxInRect(unsigned char* img, int width, int x0, int x1, int y0, int y1, double ratio, int* lo,
                         int* hi) {
+    // Where no pixel is to be passed over (k = 0: ratio 0, or too small to count one pixel), the
+    // walks stop at the darkest and the brightest pixel present: a plain minimum and maximum.
+    const int64_t area = x1 >= x0 && y1 >= y0 ? static_cast<int64_t>(x1 - x0 + 1) * (y1 - y0 + 1) : 0;
+    if (area > 0 && static_cast<int64_t>(static_cast<double>(area) * ratio) == 0) {
+        *lo = 255;
+        *hi = 0;
+        for (int y = y0; y <= y1; ++y)
+            qel::fold_min_max(row_at(img, width, y) + x0, static_cast<size_t>(x1 - x0 + 1), *lo, *hi);
+        return;
+    }
     int hist[qel::kGreyLevels];
     QelGetHistogramInRect(img, width, x0, x1, y0, y1, hist);
     const int64_t k = qel::ratio_of_total(hist, ratio);

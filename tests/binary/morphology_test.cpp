@@ -139,9 +139,10 @@ TEST(BinaryRank, ToColorRecoloursNewAndOldMarkers) {
     EXPECT_EQ(hole.px, Image(6, 6, 255).box(1, 3, 1, 3, 5).set({{2, 2}}, 0).px);
 }
 
-TEST(BinaryRank, MajorityFiltersAgreeWithNeighbourCounts) {
-    const int w = 19, h = 13, t = 128;
-    const Bytes grey = qel_test::random_grey(w, h, 5), binary = random_binary(w, h, 50, 3);
+// The 3 × 3 majority and the threshold-and-majority against neighbour counts, pixel by pixel.
+void check_majority_filters(int w, int h, unsigned seed) {
+    const int t = 128;
+    const Bytes grey = qel_test::random_grey(w, h, seed), binary = random_binary(w, h, 50, seed + 1);
     Bytes med(grey.size(), 9), thr(grey.size(), 77);
     QelBinImgMedFilter3x3(const_cast<unsigned char*>(binary.data()), w, h, med.data());
     const int objects = QelThresholdAndMedFilter3x3(const_cast<unsigned char*>(grey.data()), w, h, t, thr.data());
@@ -156,6 +157,39 @@ TEST(BinaryRank, MajorityFiltersAgreeWithNeighbourCounts) {
             const bool object = !frame && grey[y * w + x] >= t && 1 + neighbours_at_least(grey, w, x, y, t) >= 5;
             EXPECT_EQ(thr[y * w + x], frameRow ? 77 : object ? 255 : 0);
         }
+}
+
+// Widths 1..70 take the 16- and 32-centre steps and every tail.
+TEST(BinaryRank, MajorityFiltersAgreeWithNeighbourCounts) {
+    for (int w = 1; w <= 70; ++w)
+        for (int h : {4, 13}) {
+            SCOPED_TRACE(testing::Message() << w << " x " << h);
+            check_majority_filters(w, h, static_cast<unsigned>(w * 100 + h));
+        }
+}
+
+TEST(BinaryCount, CountsInRectanglesAgreeWithPixelByPixelCounts) {
+    for (int w = 1; w <= 70; ++w) {
+        SCOPED_TRACE(w);
+        const int h = 3;
+        Bytes img = random_binary(w, h, 50, static_cast<unsigned>(w));
+        img[0] = 7;  // one pixel neither 0 nor 255
+        int nonZero = 0, sevens = 0;
+        for (unsigned char v : img) {
+            nonZero += v != 0 ? 1 : 0;
+            sevens += v == 7 ? 1 : 0;
+        }
+        EXPECT_EQ(QelGetWhitePixelsNum(img.data(), w, h, 0, w - 1, 0, h - 1), nonZero);
+        EXPECT_EQ(QelPixelsInGryImg(img.data(), w, h, 7), sevens);
+        EXPECT_EQ(QelPixelsInGryImg(img.data(), w, h, 0), w * h - nonZero);
+        EXPECT_EQ(QelPixelsInGryImg(img.data(), w, h, 256), 0);  // no byte is 256
+        EXPECT_DOUBLE_EQ(QelGetBlackRatioInBinaryImg(img.data(), w, 0, w - 1, 0, h - 1),
+                         (w * h - nonZero) * 1.0 / (w * h));
+        // Columns 1..w−1 of row 1 only.
+        int inRow = 0;
+        for (int x = 1; x < w; ++x) inRow += img[w + x] != 0 ? 1 : 0;
+        EXPECT_EQ(QelGetWhitePixelsNum(img.data(), w, h, 1, w - 1, 1, 1), inRow);
+    }
 }
 
 TEST(BinaryRank, LittleWhiteFilterFillsTheGapBetweenFourPoints) {

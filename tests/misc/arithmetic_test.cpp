@@ -108,9 +108,10 @@ TEST(PixelwiseOps, DifferenceImageAndItsHistogram) {
     }
 }
 
+// Widths up to 40 take the 16-column steps and every tail.
 TEST(PixelwiseOps, IntegralImageMatchesDirectSums) {
-    for (int w = 1; w <= 6; ++w)
-        for (int h = 1; h <= 4; ++h) {
+    for (int w = 1; w <= 40; ++w)
+        for (int h = 1; h <= 3; ++h) {
             Bytes img = random_grey(w, h, w * 10 + h);
             std::vector<int> sum(w * h);
             QelDoSumGryImg(img.data(), w, h, sum.data());
@@ -179,6 +180,26 @@ TEST(RectStats, RobustMinMaxPassesOverTheRatioAtEachEnd) {
         int lo = -1, hi = -1;
         QelGryMinMaxInRect(img.data(), 10, 0, 9, 0, 0, ratio, &lo, &hi);
         EXPECT_EQ(std::make_pair(lo, hi), expected) << ratio;
+    }
+}
+
+TEST(RectStats, ExtremesWithoutAPassAreTheRectanglesMinimumAndMaximum) {
+    for (int w = 1; w <= 70; ++w) {
+        SCOPED_TRACE(w);
+        const int h = 3;
+        const Bytes img = random_grey(w, h, static_cast<unsigned>(w));
+        const int x0 = w / 3, x1 = w - 1, y0 = 1, y1 = 2;
+        int lo = 255, hi = 0;
+        for (int y = y0; y <= y1; ++y)
+            for (int x = x0; x <= x1; ++x) {
+                lo = std::min<int>(lo, img[y * w + x]);
+                hi = std::max<int>(hi, img[y * w + x]);
+            }
+        for (double ratio : {0.0, 1e-9}) {  // both pass over k = 0 pixels
+            int gotLo = -1, gotHi = -1;
+            QelGryMinMaxInRect(const_cast<unsigned char*>(img.data()), w, x0, x1, y0, y1, ratio, &gotLo, &gotHi);
+            EXPECT_EQ(std::make_pair(gotLo, gotHi), std::make_pair(lo, hi)) << ratio;
+        }
     }
 }
 
