@@ -205,18 +205,31 @@ size_t row_bytes(int width, bool isRGB) { return static_cast<size_t>(width) * (i
 // Reverses the outer 32-byte pieces of a row pair by pair, from both ends inwards (each byte
 // reversed within its 128-bit lane, then the lanes swapped); returns how many bytes of each end it
 // did. The middle is left to the caller.
-QEL_TARGET_AVX2 int reverse_row_ends_avx2(unsigned char* row, int width) {
+// The 32 bytes of v in reverse order.
+QEL_TARGET_AVX2 inline __m256i reversed32(__m256i v) {
     const __m256i backwards = _mm256_setr_epi8(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0,  //
                                                15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+    return _mm256_permute4x64_epi64(_mm256_shuffle_epi8(v, backwards), 0x4E);
+}
+
+QEL_TARGET_AVX2 int reverse_row_ends_avx2(unsigned char* row, int width) {
     int done = 0;
     for (; 2 * (done + avx2::kLanes) <= width; done += avx2::kLanes) {
         unsigned char* left = row + done;
         unsigned char* right = row + width - done - avx2::kLanes;
         const __m256i a = avx2::load(left);
         const __m256i b = avx2::load(right);
-        avx2::store(left, _mm256_permute4x64_epi64(_mm256_shuffle_epi8(b, backwards), 0x4E));
-        avx2::store(right, _mm256_permute4x64_epi64(_mm256_shuffle_epi8(a, backwards), 0x4E));
+        avx2::store(left, reversed32(b));
+        avx2::store(right, reversed32(a));
     }
+    return done;
+}
+
+// dst[n − 1 − k] = src[k] for the first k of whole 32-byte steps; returns how many bytes it did.
+QEL_TARGET_AVX2 size_t reverse_copy_avx2(const unsigned char* src, size_t n, unsigned char* dst) {
+    size_t done = 0;
+    for (; done + avx2::kLanes <= n; done += avx2::kLanes)
+        avx2::store(dst + n - done - avx2::kLanes, reversed32(avx2::load(src + done)));
     return done;
 }
 #endif
@@ -299,5 +312,9 @@ void QelFlipVertical(unsigned char* img, int width, int height, bool isRGB) {
 void QelReverseImg(unsigned char* src, int width, int height, unsigned char* dst) {
     if (width <= 0 || height <= 0) return;
     const size_t n = static_cast<size_t>(width) * static_cast<size_t>(height);
-    std::reverse_copy(src, src + n, dst);
+    size_t done = 0;
+#ifdef QEL_SIMD_AVX2
+    if (qel::simd::avx2()) done = qel::reverse_copy_avx2(src, n, dst);
+#endif
+    std::reverse_copy(src + done, src + n, dst);
 }

@@ -60,6 +60,15 @@ TEST(QuarterTurn, PixelsLandWhereTheTurnSendsThem) {
             }
 }
 
+TEST(HalfTurn, EveryByteCountFrom1To140IsReversed) {
+    for (int n = 1; n <= 140; ++n) {
+        const Bytes src = qel_test::random_bytes(static_cast<size_t>(n), static_cast<unsigned>(n));
+        Bytes copy = src, out(src.size());
+        QelReverseImg(copy.data(), n, 1, out.data());
+        ASSERT_TRUE(std::equal(src.rbegin(), src.rend(), out.begin())) << n;
+    }
+}
+
 TEST(QuarterTurn, TurnsComposeOnLargeImagesOfEveryPixelSize) {
     // Sizes across the 64-pixel tiles, including ragged last tiles.
     for (auto [w, h] : {std::pair{130, 67}, std::pair{1, 200}, std::pair{77, 1}}) {
