@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <type_traits>
 
 namespace {
@@ -415,9 +414,14 @@ QEL_TARGET_AVX2 inline __m256i plane(const __m256i y[2], __m256i term) {
     return _mm256_packus_epi16(_mm256_add_epi16(y[0], term), _mm256_add_epi16(y[1], term));
 }
 
-// The planes hold, per 128-bit lane, the 8 even pixels then the 8 odd ones.
-constexpr avx2::Interleave3 kEvenOddInterleave =
-    avx2::make_interleave3([](int pixel) { return pixel % 2 == 0 ? pixel / 2 : 8 + pixel / 2; });
+// Where the camera conversions' planes keep pixel p: per 16 pixels (a 128-bit lane), the 8 even
+// pixels then the 8 odd ones.
+constexpr int even_odd_position(int p) {
+    const int q = p % 16;
+    return 16 * (p / 16) + (q % 2 == 0 ? q / 2 : 8 + q / 2);
+}
+
+constexpr avx2::Interleave3 kEvenOddInterleave = avx2::make_interleave3(even_odd_position);
 
 // B, G, R of the whole 32-pixel blocks of a row with AVX2; from pixel `from`; returns where it stopped. The
 // planes of 32 pixels (lane 0: pixels 0 .. 15) are interleaved by byte shuffles, 16 pixels a lane.
@@ -442,10 +446,6 @@ struct Permutes64 {
     // Packed pairs (Cb, Y, Cr, Y) in two registers: byte 4k + c of pair k to byte 2k (the low byte
     // of word k), for c = 0 (Cb), 1 (first Y), 2 (Cr), 3 (second Y).
     unsigned char packed[4][64];
-    // Planes of 64 pixels to packed B, G, R (see bgr_blocks_avx512): for output register j, the
-    // index of each blue or green byte in (blue, green), then of each byte in (that, red).
-    unsigned char blueGreen[3][64];
-    unsigned char red[3][64];
     // 32 packed B, G, R pixels (96 bytes in two registers) to 16-bit word pairs in 32-bit lanes,
     // lane k for pixel 2k + parity: (G, R) and (G, B).
     unsigned char greenRed[2][64];
@@ -461,20 +461,6 @@ constexpr Permutes64 make_permutes64() {
     Permutes64 t{};
     for (int c = 0; c < 4; ++c)
         for (int k = 0; k < 32; ++k) t.packed[c][2 * k] = static_cast<unsigned char>(4 * k + c);
-    for (int j = 0; j < 3; ++j)
-        for (int k = 0; k < 64; ++k) {
-            const int pixel = (64 * j + k) / 3;
-            const int channel = (64 * j + k) % 3;
-            // A plane holds, per 16 pixels (a 128-bit lane), the 8 even pixels then the 8 odd ones.
-            const int q = pixel % 16;
-            const int at = 16 * (pixel / 16) + (q % 2 == 0 ? q / 2 : 8 + q / 2);
-            if (channel == 2) {
-                t.red[j][k] = static_cast<unsigned char>(64 + at);
-            } else {
-                t.blueGreen[j][k] = static_cast<unsigned char>(64 * channel + at);
-                t.red[j][k] = static_cast<unsigned char>(k);
-            }
-        }
     for (int parity = 0; parity < 2; ++parity)
         for (int k = 0; k < 16; ++k) {
             const int at = 3 * (2 * k + parity);  // the pixel's blue byte
@@ -493,6 +479,7 @@ constexpr Permutes64 make_permutes64() {
 }
 
 alignas(64) constexpr Permutes64 kPermutes64 = make_permutes64();
+constexpr avx2::Interleave3x64 kEvenOddInterleave64 = avx2::make_interleave3x64(even_odd_position);
 
 QEL_TARGET_AVX512 inline __m512i load_index(const unsigned char* p) { return _mm512_loadu_si512(p); }
 
@@ -562,12 +549,7 @@ QEL_TARGET_AVX512 inline void chroma_terms64(__m512i u, __m512i v, __m512i t[3])
 // (A merging one-register permute for red is slower on AMD's Zen 4.)
 template <class Row>
 QEL_TARGET_AVX512 int bgr_blocks_avx512(const Row& row, int from, int width, unsigned char* rgb) {
-    __m512i blueGreen[3];
-    __m512i red[3];
-    for (int j = 0; j < 3; ++j) {
-        blueGreen[j] = load_index(kPermutes64.blueGreen[j]);
-        red[j] = load_index(kPermutes64.red[j]);
-    }
+    const avx2::Interleave3x64Indices interleave = avx2::load_interleave3x64(kEvenOddInterleave64);
     int x = from;
     for (; x + 64 <= width; x += 64) {
         const Yuv64 s = load_yuv64(row, x);
@@ -576,11 +558,7 @@ QEL_TARGET_AVX512 int bgr_blocks_avx512(const Row& row, int from, int width, uns
         __m512i planes[3];
         for (int c = 0; c < 3; ++c)
             planes[c] = _mm512_packus_epi16(_mm512_add_epi16(s.y[0], t[c]), _mm512_add_epi16(s.y[1], t[c]));
-        unsigned char* out = rgb + static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel;
-        for (int j = 0; j < 3; ++j) {
-            const __m512i bg = _mm512_permutex2var_epi8(planes[0], blueGreen[j], planes[1]);
-            _mm512_storeu_si512(out + 64 * j, _mm512_permutex2var_epi8(bg, red[j], planes[2]));
-        }
+        avx2::store_interleaved3x64(planes, interleave, rgb + static_cast<std::ptrdiff_t>(x) * kBytesPerRgbPixel);
     }
     return x;
 }

@@ -55,14 +55,12 @@ QEL_TARGET_AVX2 size_t interleave_avx2(const unsigned char* const planes[3], siz
 #endif
 
 #ifdef QEL_SIMD_AVX512
-// Indices of the two permutes per 64-byte register: the first picks from a pair of registers, the
-// second from (the first's result, a third register).
+// Indices of the two permutes per 64-byte register of one channel: the first picks from a pair of
+// registers, the second from (the first's result, a third register).
 struct PlanePermutes {
     // Channel c of 64 pixels from their 192 bytes: byte k is byte 3k + c, in the first two
     // registers or the third.
     unsigned char extract[3][2][64];
-    // Output register j of 64 pixels from the blue and green planes, then red.
-    unsigned char pack[3][2][64];
 };
 
 constexpr PlanePermutes make_plane_permutes() {
@@ -73,17 +71,11 @@ constexpr PlanePermutes make_plane_permutes() {
             t.extract[c][0][k] = static_cast<unsigned char>(at < 128 ? at : 0);
             t.extract[c][1][k] = static_cast<unsigned char>(at < 128 ? k : 64 + at - 128);
         }
-    for (int j = 0; j < 3; ++j)
-        for (int k = 0; k < 64; ++k) {
-            const int pixel = (64 * j + k) / 3;
-            const int channel = (64 * j + k) % 3;
-            t.pack[j][0][k] = static_cast<unsigned char>(channel == 2 ? 0 : 64 * channel + pixel);
-            t.pack[j][1][k] = static_cast<unsigned char>(channel == 2 ? 64 + pixel : k);
-        }
     return t;
 }
 
 constexpr PlanePermutes kPlanePermutes = make_plane_permutes();
+constexpr avx2::Interleave3x64 kInOrder64 = avx2::make_interleave3x64([](int pixel) { return pixel; });
 
 QEL_TARGET_AVX512 inline __m512i load64(const unsigned char* p) { return _mm512_loadu_si512(p); }
 
@@ -100,21 +92,11 @@ QEL_TARGET_AVX512 size_t extract_avx512(const unsigned char* rgb, size_t count, 
 }
 
 QEL_TARGET_AVX512 size_t interleave_avx512(const unsigned char* const planes[3], size_t count, unsigned char* rgb) {
-    __m512i first[3];
-    __m512i second[3];
-    for (int j = 0; j < 3; ++j) {
-        first[j] = load64(kPlanePermutes.pack[j][0]);
-        second[j] = load64(kPlanePermutes.pack[j][1]);
-    }
+    const avx2::Interleave3x64Indices interleave = avx2::load_interleave3x64(kInOrder64);
     size_t i = 0;
     for (; i + 64 <= count; i += 64) {
-        const __m512i blue = load64(planes[0] + i);
-        const __m512i green = load64(planes[1] + i);
-        const __m512i red = load64(planes[2] + i);
-        unsigned char* out = rgb + kBytesPerRgbPixel * i;
-        for (int j = 0; j < 3; ++j)
-            _mm512_storeu_si512(out + 64 * j,
-                                _mm512_permutex2var_epi8(_mm512_permutex2var_epi8(blue, first[j], green), second[j], red));
+        const __m512i v[3] = {load64(planes[0] + i), load64(planes[1] + i), load64(planes[2] + i)};
+        avx2::store_interleaved3x64(v, interleave, rgb + kBytesPerRgbPixel * i);
     }
     return i;
 }

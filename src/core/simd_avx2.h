@@ -103,6 +103,48 @@ QEL_TARGET_AVX2 inline void store_interleaved3(const __m256i planes[3], const In
     store(out + 64, _mm256_permute2x128_si256(chunk[1], chunk[2], 0x31));
 }
 
+// AVX-512: three planes of 64 pixels to 192 packed bytes, channel 0 first. For output register j,
+// one two-register byte permute places the bytes of channels 0 and 1, a second one adds those of
+// channel 2 (keeping the rest); pixel p sits at byte at(p) of its plane.
+struct Interleave3x64 {
+    unsigned char first[3][64];
+    unsigned char second[3][64];
+};
+
+template <class PositionOf>
+constexpr Interleave3x64 make_interleave3x64(PositionOf at) {
+    Interleave3x64 t{};
+    for (int j = 0; j < 3; ++j)
+        for (int k = 0; k < 64; ++k) {
+            const int pixel = (64 * j + k) / 3;
+            const int channel = (64 * j + k) % 3;
+            t.first[j][k] = static_cast<unsigned char>(channel == 2 ? 0 : 64 * channel + at(pixel));
+            t.second[j][k] = static_cast<unsigned char>(channel == 2 ? 64 + at(pixel) : k);
+        }
+    return t;
+}
+
+struct Interleave3x64Indices {
+    __m512i first[3];
+    __m512i second[3];
+};
+
+QEL_TARGET_AVX512 inline Interleave3x64Indices load_interleave3x64(const Interleave3x64& t) {
+    Interleave3x64Indices r;
+    for (int j = 0; j < 3; ++j) {
+        r.first[j] = _mm512_loadu_si512(t.first[j]);
+        r.second[j] = _mm512_loadu_si512(t.second[j]);
+    }
+    return r;
+}
+
+QEL_TARGET_AVX512 inline void store_interleaved3x64(const __m512i planes[3], const Interleave3x64Indices& t,
+                                                    unsigned char* out) {
+    for (int j = 0; j < 3; ++j)
+        _mm512_storeu_si512(out + 64 * j, _mm512_permutex2var_epi8(_mm512_permutex2var_epi8(planes[0], t.first[j], planes[1]),
+                                                                   t.second[j], planes[2]));
+}
+
 }  // namespace avx2
 }  // namespace qel
 
