@@ -17,13 +17,74 @@ size_t byte_count(int n) { return n > 0 ? static_cast<size_t>(n) : 0; }
 
 #ifdef QEL_SIMD_AVX512
 QEL_AVX512_BEGIN
-// 16 columns a step (see add_running_sum): the prefix sum by four shifted adds across the register.
+// Word indices for the 32-column steps of running_sum_avx512. The 32 pixels sit as 16-bit words,
+// four consecutive pixels per 64-bit quarter-lane: quarter h of 128-bit lane L holds pixels
+// 16h + 4L .. 16h + 4L + 3, so that the in-lane word unpacks later give pixels 0..15 and 16..31 in
+// order. A quarter's rank in pixel order is 4h + L.
+struct RunningSumIndices {
+    unsigned short load[32];       // word 8L + 4h + j takes byte 16h + 4L + j
+    unsigned short carry[3][32];   // for distance 1, 2, 4 quarters: word 3 of the quarter that far back
+    unsigned short total[32];      // the last pixel's word (rank 7, word 3), in the low word of each 32-bit lane
+};
+
+constexpr int quarter_word(int rank, int j) { return 8 * (rank % 4) + 4 * (rank / 4) + j; }
+
+constexpr RunningSumIndices make_running_sum_indices() {
+    RunningSumIndices t{};
+    for (int rank = 0; rank < 8; ++rank)
+        for (int j = 0; j < 4; ++j) {
+            const int at = quarter_word(rank, j);
+            t.load[at] = static_cast<unsigned short>(4 * rank + j);
+            for (int step = 0; step < 3; ++step) {
+                const int back = rank - (1 << step);
+                t.carry[step][at] = static_cast<unsigned short>(back >= 0 ? quarter_word(back, 3) : 0);
+            }
+        }
+    for (int k = 0; k < 32; ++k) t.total[k] = static_cast<unsigned short>(quarter_word(7, 3));
+    return t;
+}
+
+alignas(64) constexpr RunningSumIndices kRunningSum = make_running_sum_indices();
+
+// The words of the quarters whose rank is at least `distance` (the others take no carry).
+constexpr __mmask32 carry_mask(int distance) {
+    uint32_t m = 0;
+    for (int rank = distance; rank < 8; ++rank)
+        for (int j = 0; j < 4; ++j) m |= 1u << quarter_word(rank, j);
+    return m;
+}
+
+// s[x .. x + 15] = sums plus the row above where there is one.
+QEL_TARGET_AVX512 inline void store_sums(const int* above, int* s, int x, __m512i sums) {
+    _mm512_storeu_si512(s + x, above != nullptr ? _mm512_add_epi32(sums, _mm512_loadu_si512(above + x)) : sums);
+}
+
+// 32 columns a step (see add_running_sum), then 16. The 32 pixels' prefix sums are taken as 16-bit
+// words (at most 32 · 255): within each quarter by two shifted adds, across the quarters by three
+// carry permutes; 16 columns by four shifted adds across a register of 32-bit lanes. The running
+// total before the step is added in 32 bits, and each step's own total joins it by one add, so steps
+// do not wait on each other's permutes.
 QEL_TARGET_AVX512 int running_sum_avx512(const unsigned char* row, const int* above, int w, int* s,
                                          uint32_t& running) {
     const __m512i zero = _mm512_setzero_si512();
-    const __m512i last = _mm512_set1_epi32(15);
     __m512i carry = _mm512_set1_epi32(static_cast<int>(running));
+    const __m512i load = _mm512_load_si512(kRunningSum.load);
+    const __m512i total = _mm512_load_si512(kRunningSum.total);
+    __m512i carryFrom[3];
+    for (int step = 0; step < 3; ++step) carryFrom[step] = _mm512_load_si512(kRunningSum.carry[step]);
     int x = 0;
+    for (; x + 32 <= w; x += 32) {
+        const __m512i bytes = _mm512_castsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(row + x)));
+        __m512i v = _mm512_maskz_permutexvar_epi8(0x5555555555555555ull, load, bytes);
+        v = _mm512_add_epi16(v, _mm512_slli_epi64(v, 16));
+        v = _mm512_add_epi16(v, _mm512_slli_epi64(v, 32));
+        for (int step = 0; step < 3; ++step)
+            v = _mm512_add_epi16(v, _mm512_maskz_permutexvar_epi16(carry_mask(1 << step), carryFrom[step], v));
+        store_sums(above, s, x, _mm512_add_epi32(_mm512_unpacklo_epi16(v, zero), carry));
+        store_sums(above, s, x + 16, _mm512_add_epi32(_mm512_unpackhi_epi16(v, zero), carry));
+        carry = _mm512_add_epi32(carry, _mm512_maskz_permutexvar_epi16(0x55555555u, total, v));
+    }
+    const __m512i last = _mm512_set1_epi32(15);
     for (; x + 16 <= w; x += 16) {
         __m512i v = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x)));
         // _mm512_alignr_epi32(v, 0, 16 − k): v moved up by k lanes, zeros below.
@@ -31,11 +92,8 @@ QEL_TARGET_AVX512 int running_sum_avx512(const unsigned char* row, const int* ab
         v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 14));
         v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 12));
         v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 8));
-        // The step's own total joins the carry by one add, so steps do not wait on each other's
-        // permutes.
-        const __m512i sums = _mm512_add_epi32(v, carry);
+        store_sums(above, s, x, _mm512_add_epi32(v, carry));
         carry = _mm512_add_epi32(carry, _mm512_permutexvar_epi32(last, v));
-        _mm512_storeu_si512(s + x, above != nullptr ? _mm512_add_epi32(sums, _mm512_loadu_si512(above + x)) : sums);
     }
     running = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm512_castsi512_si128(carry)));
     return x;
