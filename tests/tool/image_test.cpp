@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
@@ -109,6 +110,54 @@ TEST(ImageFiles, RefusedFilesSayWhy) {
             EXPECT_THROW(cli::describeImageFile(data(name)), cli::UsageError) << name;
         }
     }
+}
+
+// CRC-32 of PNG chunks (the zlib polynomial, bit by bit).
+uint32_t pngCrc(const unsigned char* p, size_t n) {
+    uint32_t c = 0xFFFFFFFFu;
+    for (size_t i = 0; i < n; ++i) {
+        c ^= p[i];
+        for (int k = 0; k < 8; ++k) c = (c >> 1) ^ (0xEDB88320u & (0u - (c & 1u)));
+    }
+    return ~c;
+}
+
+void putBigEndian(Bytes& b, size_t at, uint32_t v, int bytes) {
+    for (int k = 0; k < bytes; ++k) b[at + k] = static_cast<unsigned char>(v >> (8 * (bytes - 1 - k)));
+}
+
+// A copy of `name` whose header declares width x height (a JPEG's first frame header, a PNG's
+// IHDR with its CRC made good), the compressed data left as it was.
+std::string withDeclaredSize(const std::string& name, uint32_t width, uint32_t height, TempFile& file) {
+    Bytes b = qel_test::read_all(data(name).c_str());
+    if (name.size() > 4 && name.substr(name.size() - 4) == ".png") {
+        putBigEndian(b, 16, width, 4);  // signature 8, length 4, "IHDR" 4
+        putBigEndian(b, 20, height, 4);
+        putBigEndian(b, 29, pngCrc(b.data() + 12, 17), 4);
+    } else {
+        size_t at = 2;
+        while (!(b[at] == 0xFF && (b[at + 1] == 0xC0 || b[at + 1] == 0xC2))) at += 2 + (b[at + 2] << 8 | b[at + 3]);
+        putBigEndian(b, at + 5, height, 2);  // marker 2, length 2, precision 1
+        putBigEndian(b, at + 7, width, 2);
+    }
+    qel_test::write_all(file.c_str(), b);
+    return file.c_str();
+}
+
+TEST(ImageFiles, CompressedFilesCannotDeclareMorePixelsThanTheyHold) {
+    // 25000 x 25000 fits the tool's size limit even in colour (1.9 GB) and in 16-bit JPEG dimensions,
+    // but no file of a few KB can hold it: refused before the pixels are allocated.
+    for (const char* name : {"photo_grey.jpg", "photo_progressive.jpg", "grey.png"}) {
+        TempFile file(std::string("huge_") + name);
+        const std::string why = refusal(withDeclaredSize(name, 25000, 25000, file));
+        const std::string format = std::string(name).find(".png") != std::string::npos ? "PNG" : "JPEG";
+        EXPECT_NE(why.find("declares 25000 x 25000 pixels, more than a " + format + " file of"), std::string::npos)
+            << name << ": " << why;
+    }
+    // At the limit's side that a real file can reach, the header alone is no reason to refuse: a
+    // 64 x 48 JPEG declared 128 x 96 is read until its data runs out.
+    TempFile file("double_photo_grey.jpg");
+    EXPECT_NE(refusal(withDeclaredSize("photo_grey.jpg", 128, 96, file)).find("cannot be read as JPEG"), std::string::npos);
 }
 
 TEST(ImageFiles, DamagedCopiesAreReadOrRefusedSafely) {

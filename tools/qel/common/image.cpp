@@ -46,6 +46,16 @@ void checkImageSize(const std::string& path, long long width, long long height, 
                                          " pixels; images of more than " + std::to_string(INT_MAX) + " bytes are not read"));
 }
 
+void checkCompressedSize(const std::string& path, long long width, long long height, long long pixelsPerByte,
+                         const char* format) {
+    const long long bytes = fileSize(path);
+    // width x height fits in 63 bits after checkImageSize, and so does bytes x pixelsPerByte.
+    if (width * height > bytes * pixelsPerByte)
+        throw UsageError(about(path, "declares " + std::to_string(width) + " x " + std::to_string(height) +
+                                         " pixels, more than a " + format + " file of " + std::to_string(bytes) +
+                                         " bytes can hold"));
+}
+
 FileHandle openInput(const std::string& path) {
     requireInputFile(path);
     FileHandle f(std::fopen(path.c_str(), "rb"), std::fclose);

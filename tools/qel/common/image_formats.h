@@ -40,6 +40,13 @@ void markPaletteEntry(int level, unsigned char bgr[3]);
 // pixels. UsageError, naming the file and its declared size, for a larger or empty image.
 void checkImageSize(const std::string& path, long long width, long long height, int channels);
 
+// A compressed format can pack at most `pixelsPerByte` pixels into each byte of its file (JPEG
+// 512: Huffman coding spends at least one bit on each 8 x 8 block; PNG 8 x 1032: one-bit pixels,
+// deflate expanding at most 1032 times). UsageError, before anything is allocated, for a header
+// that declares more pixels than the file could hold: a few bytes must not claim gigabytes.
+void checkCompressedSize(const std::string& path, long long width, long long height, long long pixelsPerByte,
+                         const char* format);
+
 // A FILE* that closes itself.
 using FileHandle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 // Opens an input file for reading; UsageError naming the problem.

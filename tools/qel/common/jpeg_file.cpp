@@ -14,6 +14,11 @@
 namespace cli::formats {
 namespace {
 
+// Every 8 x 8 block of the full-resolution component costs at least one bit of Huffman code (its
+// DC difference), so a file holds at most 512 pixels a byte. (Arithmetic-coded files, rare, could
+// pack more; they are held to the same limit.)
+constexpr long long kJpegPixelsPerByte = 64 * 8;
+
 // libjpeg reports an error through a callback that must not return: it jumps back to the setjmp
 // of the step that called libjpeg. Each step is a plain function whose locals need no destructor,
 // as longjmp requires; everything with a destructor lives in the caller.
@@ -108,6 +113,7 @@ public:
 
     Image readPixels() {
         checkImageSize(path_, s_.info.image_width, s_.info.image_height, channels_);
+        checkCompressedSize(path_, s_.info.image_width, s_.info.image_height, kJpegPixelsPerByte, "JPEG");
         Image img;
         img.width = static_cast<int>(s_.info.image_width);
         img.height = static_cast<int>(s_.info.image_height);

@@ -20,6 +20,9 @@ const bool kPngAndJpeg = true;
 namespace {
 
 constexpr int kPaletteEntries = 256;
+// Deflate expands at most 1032 times (a 258-byte match in two bits), and a byte holds at most eight
+// one-bit pixels.
+constexpr long long kPngPixelsPerByte = 8 * 1032;
 
 // libpng reports an error through a callback that must not return: it jumps back to the setjmp of
 // the step that called libpng. Each step is a plain function whose locals need no destructor, as
@@ -109,6 +112,7 @@ public:
     Image readPixels() {
         const PngHeader& h = header_;
         checkImageSize(path_, h.width, h.height, h.grey() ? 1 : 3);
+        checkCompressedSize(path_, h.width, h.height, kPngPixelsPerByte, "PNG");
         const bool indexed = h.colourType == PNG_COLOR_TYPE_PALETTE;
         const int samples = indexed || h.grey() ? 1 : 3;  // per pixel, as libpng delivers them
         size_t rowBytes = 0;
