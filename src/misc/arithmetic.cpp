@@ -101,14 +101,56 @@ QEL_TARGET_AVX512 int running_sum_avx512(const unsigned char* row, const int* ab
 QEL_AVX512_END
 #endif
 
-// s[x] = above[x] (0 without a row above) + row[0] + .. + row[x], wrapping in 32 bits. With SSE2,
-// four columns a step: the prefix sum within a register by two shifted adds, plus the running total
-// carried in every lane.
+#ifdef QEL_SIMD_AVX2
+// s[x .. x + 7] = sums plus the row above where there is one.
+QEL_TARGET_AVX2 inline void add_above_and_store(const int* above, int* s, int x, __m256i sums) {
+    if (above != nullptr) sums = _mm256_add_epi32(sums, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(above + x)));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(s + x), sums);
+}
+
+// 16 columns a step (see add_running_sum): the prefix sums as 16-bit words, eight in each 128-bit
+// lane by three shifted adds, the low lane's total (word 7, spread over the lane by a byte shuffle)
+// then moved into the high lane; widened to 32 bits a lane at a time.
+QEL_TARGET_AVX2 int running_sum_avx2(const unsigned char* row, const int* above, int w, int* s, uint32_t& running) {
+    const __m256i word7 = _mm256_set1_epi16(0x0F0E);  // bytes 14 and 15 of the lane into every word
+    __m256i carry = _mm256_set1_epi32(static_cast<int>(running));
+    int x = 0;
+    for (; x + 16 <= w; x += 16) {
+        __m256i v = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x)));
+        v = _mm256_add_epi16(v, _mm256_slli_si256(v, 2));
+        v = _mm256_add_epi16(v, _mm256_slli_si256(v, 4));
+        v = _mm256_add_epi16(v, _mm256_slli_si256(v, 8));
+        const __m256i lowTotal = _mm256_shuffle_epi8(v, word7);
+        v = _mm256_add_epi16(v, _mm256_permute2x128_si256(lowTotal, lowTotal, 0x08));  // (0, low lane)
+        const __m256i high = _mm256_cvtepu16_epi32(_mm256_extracti128_si256(v, 1));
+        add_above_and_store(above, s, x, _mm256_add_epi32(_mm256_cvtepu16_epi32(_mm256_castsi256_si128(v)), carry));
+        add_above_and_store(above, s, x + 8, _mm256_add_epi32(high, carry));
+        carry = _mm256_add_epi32(carry, _mm256_permutevar8x32_epi32(high, _mm256_set1_epi32(7)));
+    }
+    running = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm256_castsi256_si128(carry)));
+    return x;
+}
+#endif
+
+#ifdef QEL_SIMD_SSE2
+// s[x .. x + 3] = sums plus the row above where there is one.
+inline void add_above_and_store(const int* above, int* s, int x, __m128i sums) {
+    if (above != nullptr) sums = _mm_add_epi32(sums, _mm_loadu_si128(reinterpret_cast<const __m128i*>(above + x)));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(s + x), sums);
+}
+#endif
+
+// s[x] = above[x] (0 without a row above) + row[0] + .. + row[x], wrapping in 32 bits. With SSE2
+// (where neither wider set did any), eight columns a step: the prefix sum as 16-bit words by three shifted adds, widened to 32 bits,
+// plus the running total carried in every lane.
 void add_running_sum(const unsigned char* row, const int* above, int w, int* s) {
     int x = 0;
     uint32_t running = 0;
 #ifdef QEL_SIMD_AVX512
     if (qel::simd::avx512()) x = running_sum_avx512(row, above, w, s, running);
+#endif
+#ifdef QEL_SIMD_AVX2
+    if (qel::simd::avx2() && x == 0) x = running_sum_avx2(row, above, w, s, running);
 #endif
 #ifdef QEL_SIMD_SSE2
     if (qel::simd::sse2() && x == 0 && w >= 16) {
@@ -116,16 +158,17 @@ void add_running_sum(const unsigned char* row, const int* above, int w, int* s) 
         __m128i carry = zero;
         for (; x + 16 <= w; x += 16) {
             const __m128i bytes = qel::simd::load(row + x);
-            const __m128i words[2] = {_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)};
-            for (int k = 0; k < 4; ++k) {
-                __m128i v = k % 2 == 0 ? _mm_unpacklo_epi16(words[k / 2], zero) : _mm_unpackhi_epi16(words[k / 2], zero);
-                v = _mm_add_epi32(v, _mm_slli_si128(v, 4));
-                v = _mm_add_epi32(v, _mm_slli_si128(v, 8));
-                __m128i sums = _mm_add_epi32(v, carry);
-                carry = _mm_add_epi32(carry, _mm_shuffle_epi32(v, 0xFF));
-                if (above != nullptr)
-                    sums = _mm_add_epi32(sums, _mm_loadu_si128(reinterpret_cast<const __m128i*>(above + x + 4 * k)));
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(s + x + 4 * k), sums);
+            for (int half = 0; half < 2; ++half) {
+                // Eight prefix sums as 16-bit words (at most 8 · 255), by three shifted adds.
+                __m128i v = half == 0 ? _mm_unpacklo_epi8(bytes, zero) : _mm_unpackhi_epi8(bytes, zero);
+                v = _mm_add_epi16(v, _mm_slli_si128(v, 2));
+                v = _mm_add_epi16(v, _mm_slli_si128(v, 4));
+                v = _mm_add_epi16(v, _mm_slli_si128(v, 8));
+                const __m128i high = _mm_unpackhi_epi16(v, zero);
+                const int at = x + 8 * half;
+                add_above_and_store(above, s, at, _mm_add_epi32(_mm_unpacklo_epi16(v, zero), carry));
+                add_above_and_store(above, s, at + 4, _mm_add_epi32(high, carry));
+                carry = _mm_add_epi32(carry, _mm_shuffle_epi32(high, 0xFF));
             }
         }
         running = static_cast<uint32_t>(_mm_cvtsi128_si32(carry));
