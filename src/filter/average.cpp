@@ -155,6 +155,51 @@ QEL_TARGET_AVX2 int window_means_avx2(uint32_t& s, const uint32_t*& entering, co
     s = static_cast<uint32_t>(_mm256_cvtsi256_si32(sum));
     return x;
 }
+
+// window_means_avx2 for three interleaved channels, 8 pixels (24 sums) a step from pixel x while
+// x + 8 ≤ end and x + 10 ≤ width. The differences entering − leaving of the 24 sums are split into
+// one register per channel (value 3p + c sits in lane (3p + c) mod 8 of register (3p + c) / 8: two
+// blends and a permute), each channel's window sums taken as in the grey form, and the 24 means put
+// back in B, G, R order as two 12-byte runs; each 16-byte store also writes 4 bytes of the next two
+// pixels, which are written again after it.
+QEL_TARGET_AVX2 int window_means3_avx2(uint32_t s[3], const uint32_t*& entering, const uint32_t*& leaving, int x,
+                                       int end, int width, int32_t r, unsigned char* out) {
+    const __m256i rv = _mm256_set1_epi32(r);
+    const __m256i last = _mm256_set1_epi32(7);
+    const __m256i inPixelOrder[3] = {_mm256_setr_epi32(0, 3, 6, 1, 4, 7, 2, 5), _mm256_setr_epi32(1, 4, 7, 2, 5, 0, 3, 6),
+                                     _mm256_setr_epi32(2, 5, 0, 3, 6, 1, 4, 7)};
+    // B, G, R bytes of four pixels (one 32-bit lane each) packed into the lane's first 12 bytes.
+    const __m256i packBgr = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4, 5, 6,
+                                             8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+    __m256i sum[3];
+    for (int c = 0; c < 3; ++c) sum[c] = _mm256_set1_epi32(static_cast<int>(s[c]));
+    for (; x + 8 <= end && x + 10 <= width; x += 8, entering += 24, leaving += 24) {
+        __m256i d[3];
+        for (int k = 0; k < 3; ++k) d[k] = _mm256_sub_epi32(load8(entering + 8 * k), load8(leaving + 8 * k));
+        const __m256i channel[3] = {
+            _mm256_blend_epi32(_mm256_blend_epi32(d[0], d[1], 0x92), d[2], 0x24),
+            _mm256_blend_epi32(_mm256_blend_epi32(d[0], d[1], 0x24), d[2], 0x49),
+            _mm256_blend_epi32(_mm256_blend_epi32(d[0], d[1], 0x49), d[2], 0x92)};
+        __m256i m[3];
+        for (int c = 0; c < 3; ++c) {
+            const __m256i dc = _mm256_permutevar8x32_epi32(channel[c], inPixelOrder[c]);
+            __m256i p = _mm256_add_epi32(dc, _mm256_slli_si256(dc, 4));
+            p = _mm256_add_epi32(p, _mm256_slli_si256(p, 8));
+            const __m256i total0 = _mm256_shuffle_epi32(p, 0xFF);
+            p = _mm256_add_epi32(p, _mm256_permute2x128_si256(total0, total0, 0x08));
+            const __m256i window = _mm256_add_epi32(sum[c], _mm256_sub_epi32(p, dc));
+            m[c] = _mm256_srli_epi32(_mm256_mullo_epi32(window, rv), kReciprocalShift);
+            sum[c] = _mm256_add_epi32(sum[c], _mm256_permutevar8x32_epi32(p, last));
+        }
+        const __m256i bgr = _mm256_shuffle_epi8(
+            _mm256_or_si256(m[0], _mm256_or_si256(_mm256_slli_epi32(m[1], 8), _mm256_slli_epi32(m[2], 16))), packBgr);
+        unsigned char* o = out + 3 * static_cast<std::ptrdiff_t>(x);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm256_castsi256_si128(bgr));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 12), _mm256_extracti128_si256(bgr, 1));
+    }
+    for (int c = 0; c < 3; ++c) s[c] = static_cast<uint32_t>(_mm256_cvtsi256_si32(sum[c]));
+    return x;
+}
 #endif
 
 // One row enters the vertical window and one leaves, in a single pass (16 columns a step where
@@ -213,6 +258,11 @@ void adaptive_row(const uint32_t* col, int width, int hx, int v, Recip recip, un
 
     const int32_t r = recip(count);  // full width: (2·hx+1)·v
     const uint32_t* leaving = col;   // column x−hx
+#ifdef QEL_SIMD_AVX2
+    if constexpr (C == 3) {
+        if (simd::avx2()) x = window_means3_avx2(s, entering, leaving, x, width - hx - 1, width, r, out);
+    }
+#endif
 #ifdef QEL_SIMD_SSE2
     if (C == 1 && simd::sse2()) {
 #ifdef QEL_SIMD_AVX2

@@ -141,8 +141,8 @@ TEST(AverageFilter, FullWindowsOf127By127ComeOutZeroInTheFastFilters) {
 }
 
 TEST(AverageFilter, EveryWidthAndTailMatchesTheReference) {
-    // Widths 1..70 and 140..160 put every tail of the 16-column steps after the running sums, and
-    // the widest ones take 16-column steps with 127-wide windows.
+    // Widths 1..70 and 140..160 put every tail of the 16-column (grey) and 8-pixel (BGR) steps after
+    // the running sums, and the widest ones take those steps with 127-wide windows.
     std::vector<int> widths;
     for (int w = 1; w <= 70; ++w) widths.push_back(w);
     for (int w = 140; w <= 160; w += 5) widths.push_back(w);
@@ -155,6 +155,10 @@ TEST(AverageFilter, EveryWidthAndTailMatchesTheReference) {
             ASSERT_EQ(plain, reference(grey, w, h, 1, fx, fy, true));
             ASSERT_EQ(run(grey_fast, grey, w, h, half, half), plain);  // 127 wide but only 5 high here
             ASSERT_EQ(run(grey_full, grey, w, h, half, half), reference(grey, w, h, 1, fx, fy, false));
+            const Bytes rgb = random_bytes(w * h * 3, static_cast<unsigned>(1000 + w + half));
+            const Bytes rgbPlain = run(QelRGBAverageFilter, rgb, w, h, half, half);
+            ASSERT_EQ(rgbPlain, reference(rgb, w, h, 3, fx, fy, true));
+            ASSERT_EQ(run(rgb_fast, rgb, w, h, half, half), rgbPlain);
         }
 }
 
