@@ -336,18 +336,18 @@ struct Yuv32 {
     __m256i v;
 };
 
-// Y planes: the even and odd bytes of 32 Y samples.
-QEL_TARGET_AVX2 inline void split_luma(const unsigned char* p, __m256i y[2]) {
+// The low and high bytes of the 16 words at p: the even and odd Y samples, or U and V pairs.
+QEL_TARGET_AVX2 inline void split_words(const unsigned char* p, __m256i& low, __m256i& high) {
     const __m256i v = avx2::load(p);
-    y[0] = _mm256_and_si256(v, _mm256_set1_epi16(0x00FF));
-    y[1] = _mm256_srli_epi16(v, 8);
+    low = _mm256_and_si256(v, _mm256_set1_epi16(0x00FF));
+    high = _mm256_srli_epi16(v, 8);
 }
 
 // Planar chroma: 16 U and 16 V bytes.
 template <class Byte>
 QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 1, 1>& row, int x) {
     Yuv32 s;
-    split_luma(row.luma + x, s.y);
+    split_words(row.luma + x, s.y[0], s.y[1]);
     s.u = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cb + x / 2)));
     s.v = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row.cr + x / 2)));
     return s;
@@ -357,10 +357,8 @@ QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 1, 1>& row, i
 template <class Byte>
 QEL_TARGET_AVX2 inline Yuv32 load_yuv32(const qel::CameraRow<Byte, 1, 2>& row, int x) {
     Yuv32 s;
-    split_luma(row.luma + x, s.y);
-    const __m256i uv = avx2::load(row.cb + x);
-    s.u = _mm256_and_si256(uv, _mm256_set1_epi16(0x00FF));
-    s.v = _mm256_srli_epi16(uv, 8);
+    split_words(row.luma + x, s.y[0], s.y[1]);
+    split_words(row.cb + x, s.u, s.v);
     return s;
 }
 
@@ -481,8 +479,6 @@ constexpr Permutes64 make_permutes64() {
 alignas(64) constexpr Permutes64 kPermutes64 = make_permutes64();
 constexpr avx2::Interleave3x64 kEvenOddInterleave64 = avx2::make_interleave3x64(even_odd_position);
 
-QEL_TARGET_AVX512 inline __m512i load_index(const unsigned char* p) { return _mm512_loadu_si512(p); }
-
 // Two 16-bit weights repeated, for _mm512_madd_epi16 on (low, high) word pairs.
 QEL_TARGET_AVX512 inline __m512i pair(int low, int high) {
     return _mm512_set1_epi32(static_cast<int>((static_cast<unsigned>(high) << 16) | (static_cast<unsigned>(low) & 0xFFFFu)));
@@ -526,7 +522,7 @@ QEL_TARGET_AVX512 inline Yuv64 load_yuv64(const qel::CameraRow<Byte, 2, 4>& row,
     const __mmask64 lowBytes = 0x5555555555555555ull;
     __m512i w[4];
     for (int c = 0; c < 4; ++c)
-        w[c] = _mm512_maskz_permutex2var_epi8(lowBytes, a, load_index(kPermutes64.packed[c]), b);
+        w[c] = _mm512_maskz_permutex2var_epi8(lowBytes, a, avx2::load64(kPermutes64.packed[c]), b);
     return {{w[1], w[3]}, w[0], w[2]};
 }
 
@@ -571,10 +567,10 @@ QEL_TARGET_AVX512 size_t grey_blocks_avx512(const unsigned char* rgb, size_t cou
     __m512i greenRed[2];
     __m512i greenBlue[2];
     for (int parity = 0; parity < 2; ++parity) {
-        greenRed[parity] = load_index(kPermutes64.greenRed[parity]);
-        greenBlue[parity] = load_index(kPermutes64.greenBlue[parity]);
+        greenRed[parity] = avx2::load64(kPermutes64.greenRed[parity]);
+        greenBlue[parity] = avx2::load64(kPermutes64.greenBlue[parity]);
     }
-    const __m512i greyBytes = load_index(kPermutes64.interleavedByte2);
+    const __m512i greyBytes = avx2::load64(kPermutes64.interleavedByte2);
     const __mmask64 lowBytes = 0x5555555555555555ull;
     size_t i = 0;
     for (; i + 32 <= count; i += 32) {
@@ -616,11 +612,11 @@ QEL_TARGET_AVX512 int camera_blocks_420_avx512(const unsigned char* const bgrRow
     __m512i greenRed[2];
     __m512i greenBlue[2];
     for (int parity = 0; parity < 2; ++parity) {
-        greenRed[parity] = load_index(kPermutes64.greenRed[parity]);
-        greenBlue[parity] = load_index(kPermutes64.greenBlue[parity]);
+        greenRed[parity] = avx2::load64(kPermutes64.greenRed[parity]);
+        greenBlue[parity] = avx2::load64(kPermutes64.greenBlue[parity]);
     }
-    const __m512i lumaBytes = load_index(kPermutes64.interleavedByte2);
-    const __m512i chromaBytes = load_index(ChromaStep == 1 ? kPermutes64.byte2 : kPermutes64.interleavedByte2);
+    const __m512i lumaBytes = avx2::load64(kPermutes64.interleavedByte2);
+    const __m512i chromaBytes = avx2::load64(ChromaStep == 1 ? kPermutes64.byte2 : kPermutes64.interleavedByte2);
     const __mmask64 lowBytes = 0x5555555555555555ull;
     int x = from;
     for (; x + 32 <= width; x += 32) {

@@ -77,16 +77,14 @@ constexpr PlanePermutes make_plane_permutes() {
 constexpr PlanePermutes kPlanePermutes = make_plane_permutes();
 constexpr avx2::Interleave3x64 kInOrder64 = avx2::make_interleave3x64([](int pixel) { return pixel; });
 
-QEL_TARGET_AVX512 inline __m512i load64(const unsigned char* p) { return _mm512_loadu_si512(p); }
-
 QEL_TARGET_AVX512 size_t extract_avx512(const unsigned char* rgb, size_t count, int channel, unsigned char* grey) {
-    const __m512i first = load64(kPlanePermutes.extract[channel][0]);
-    const __m512i second = load64(kPlanePermutes.extract[channel][1]);
+    const __m512i first = avx2::load64(kPlanePermutes.extract[channel][0]);
+    const __m512i second = avx2::load64(kPlanePermutes.extract[channel][1]);
     size_t i = 0;
     for (; i + 64 <= count; i += 64) {
         const unsigned char* p = rgb + kBytesPerRgbPixel * i;
-        const __m512i low = _mm512_permutex2var_epi8(load64(p), first, load64(p + 64));
-        _mm512_storeu_si512(grey + i, _mm512_permutex2var_epi8(low, second, load64(p + 128)));
+        const __m512i low = _mm512_permutex2var_epi8(avx2::load64(p), first, avx2::load64(p + 64));
+        _mm512_storeu_si512(grey + i, _mm512_permutex2var_epi8(low, second, avx2::load64(p + 128)));
     }
     return i;
 }
@@ -95,7 +93,7 @@ QEL_TARGET_AVX512 size_t interleave_avx512(const unsigned char* const planes[3],
     const avx2::Interleave3x64Indices interleave = avx2::load_interleave3x64(kInOrder64);
     size_t i = 0;
     for (; i + 64 <= count; i += 64) {
-        const __m512i v[3] = {load64(planes[0] + i), load64(planes[1] + i), load64(planes[2] + i)};
+        const __m512i v[3] = {avx2::load64(planes[0] + i), avx2::load64(planes[1] + i), avx2::load64(planes[2] + i)};
         avx2::store_interleaved3x64(v, interleave, rgb + kBytesPerRgbPixel * i);
     }
     return i;

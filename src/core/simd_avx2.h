@@ -124,6 +124,9 @@ constexpr Interleave3x64 make_interleave3x64(PositionOf at) {
     return t;
 }
 
+// 64 bytes from p (any alignment): pixels, or a table of permute indices.
+QEL_TARGET_AVX512 inline __m512i load64(const unsigned char* p) { return _mm512_loadu_si512(p); }
+
 struct Interleave3x64Indices {
     __m512i first[3];
     __m512i second[3];
@@ -132,8 +135,8 @@ struct Interleave3x64Indices {
 QEL_TARGET_AVX512 inline Interleave3x64Indices load_interleave3x64(const Interleave3x64& t) {
     Interleave3x64Indices r;
     for (int j = 0; j < 3; ++j) {
-        r.first[j] = _mm512_loadu_si512(t.first[j]);
-        r.second[j] = _mm512_loadu_si512(t.second[j]);
+        r.first[j] = load64(t.first[j]);
+        r.second[j] = load64(t.second[j]);
     }
     return r;
 }

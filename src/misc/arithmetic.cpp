@@ -55,15 +55,14 @@ constexpr __mmask32 carry_mask(int distance) {
 }
 
 // s[x .. x + 15] = sums plus the row above where there is one.
-QEL_TARGET_AVX512 inline void store_sums(const int* above, int* s, int x, __m512i sums) {
+QEL_TARGET_AVX512 inline void add_above_and_store(const int* above, int* s, int x, __m512i sums) {
     _mm512_storeu_si512(s + x, above != nullptr ? _mm512_add_epi32(sums, _mm512_loadu_si512(above + x)) : sums);
 }
 
-// 32 columns a step (see add_running_sum), then 16. The 32 pixels' prefix sums are taken as 16-bit
-// words (at most 32 · 255): within each quarter by two shifted adds, across the quarters by three
-// carry permutes; 16 columns by four shifted adds across a register of 32-bit lanes. The running
-// total before the step is added in 32 bits, and each step's own total joins it by one add, so steps
-// do not wait on each other's permutes.
+// 32 columns a step (see add_running_sum). The 32 pixels' prefix sums are taken as 16-bit words (at
+// most 32 · 255): within each quarter by two shifted adds, across the quarters by three carry
+// permutes. The running total before the step is added in 32 bits, and each step's own total joins
+// it by one add, so steps do not wait on each other's permutes.
 QEL_TARGET_AVX512 int running_sum_avx512(const unsigned char* row, const int* above, int w, int* s,
                                          uint32_t& running) {
     const __m512i zero = _mm512_setzero_si512();
@@ -80,20 +79,9 @@ QEL_TARGET_AVX512 int running_sum_avx512(const unsigned char* row, const int* ab
         v = _mm512_add_epi16(v, _mm512_slli_epi64(v, 32));
         for (int step = 0; step < 3; ++step)
             v = _mm512_add_epi16(v, _mm512_maskz_permutexvar_epi16(carry_mask(1 << step), carryFrom[step], v));
-        store_sums(above, s, x, _mm512_add_epi32(_mm512_unpacklo_epi16(v, zero), carry));
-        store_sums(above, s, x + 16, _mm512_add_epi32(_mm512_unpackhi_epi16(v, zero), carry));
+        add_above_and_store(above, s, x, _mm512_add_epi32(_mm512_unpacklo_epi16(v, zero), carry));
+        add_above_and_store(above, s, x + 16, _mm512_add_epi32(_mm512_unpackhi_epi16(v, zero), carry));
         carry = _mm512_add_epi32(carry, _mm512_maskz_permutexvar_epi16(0x55555555u, total, v));
-    }
-    const __m512i last = _mm512_set1_epi32(15);
-    for (; x + 16 <= w; x += 16) {
-        __m512i v = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x)));
-        // _mm512_alignr_epi32(v, 0, 16 − k): v moved up by k lanes, zeros below.
-        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 15));
-        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 14));
-        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 12));
-        v = _mm512_add_epi32(v, _mm512_alignr_epi32(v, zero, 8));
-        store_sums(above, s, x, _mm512_add_epi32(v, carry));
-        carry = _mm512_add_epi32(carry, _mm512_permutexvar_epi32(last, v));
     }
     running = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm512_castsi512_si128(carry)));
     return x;
@@ -111,10 +99,10 @@ QEL_TARGET_AVX2 inline void add_above_and_store(const int* above, int* s, int x,
 // 16 columns a step (see add_running_sum): the prefix sums as 16-bit words, eight in each 128-bit
 // lane by three shifted adds, the low lane's total (word 7, spread over the lane by a byte shuffle)
 // then moved into the high lane; widened to 32 bits a lane at a time.
-QEL_TARGET_AVX2 int running_sum_avx2(const unsigned char* row, const int* above, int w, int* s, uint32_t& running) {
+QEL_TARGET_AVX2 int running_sum_avx2(const unsigned char* row, const int* above, int x, int w, int* s,
+                                     uint32_t& running) {
     const __m256i word7 = _mm256_set1_epi16(0x0F0E);  // bytes 14 and 15 of the lane into every word
     __m256i carry = _mm256_set1_epi32(static_cast<int>(running));
-    int x = 0;
     for (; x + 16 <= w; x += 16) {
         __m256i v = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x)));
         v = _mm256_add_epi16(v, _mm256_slli_si256(v, 2));
@@ -140,9 +128,10 @@ inline void add_above_and_store(const int* above, int* s, int x, __m128i sums) {
 }
 #endif
 
-// s[x] = above[x] (0 without a row above) + row[0] + .. + row[x], wrapping in 32 bits. With SSE2
-// (where neither wider set did any), eight columns a step: the prefix sum as 16-bit words by three shifted adds, widened to 32 bits,
-// plus the running total carried in every lane.
+// s[x] = above[x] (0 without a row above) + row[0] + .. + row[x], wrapping in 32 bits. Each
+// instruction set takes over the running total where the wider one stopped; with SSE2, eight
+// columns a step: the prefix sum as 16-bit words by three shifted adds, widened to 32 bits, plus the
+// running total carried in every lane.
 void add_running_sum(const unsigned char* row, const int* above, int w, int* s) {
     int x = 0;
     uint32_t running = 0;
@@ -150,12 +139,12 @@ void add_running_sum(const unsigned char* row, const int* above, int w, int* s) 
     if (qel::simd::avx512()) x = running_sum_avx512(row, above, w, s, running);
 #endif
 #ifdef QEL_SIMD_AVX2
-    if (qel::simd::avx2() && x == 0) x = running_sum_avx2(row, above, w, s, running);
+    if (qel::simd::avx2()) x = running_sum_avx2(row, above, x, w, s, running);
 #endif
 #ifdef QEL_SIMD_SSE2
-    if (qel::simd::sse2() && x == 0 && w >= 16) {
+    if (qel::simd::sse2()) {
         const __m128i zero = _mm_setzero_si128();
-        __m128i carry = zero;
+        __m128i carry = _mm_set1_epi32(static_cast<int>(running));
         for (; x + 16 <= w; x += 16) {
             const __m128i bytes = qel::simd::load(row + x);
             for (int half = 0; half < 2; ++half) {
